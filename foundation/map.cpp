@@ -1,0 +1,93 @@
+// Maps: 256 chained buckets, in insertion order within a bucket.
+//
+// `findLink` yields the link that points at the entry of a key, or the empty link at the end of
+// its chain: reading through it gets, writing to it inserts, and replacing it removes.
+
+#include "zor/containers.h"
+
+#include <cstring>
+
+#include "foundation/map_entries.h"
+#include "foundation/string_ref.h"
+#include "foundation/text_argument.h"
+#include "zor/string.h"
+
+using zor_internal::kBucketCount;
+using zor_internal::StringRef;
+using zor_internal::stringOf;
+using zor_internal::textOf;
+
+namespace {
+
+constexpr unsigned kFnvPrime = 0x01000193;
+
+ZorMapEntry** findLink(ZorMapEntry** map, char const* key) {
+    ZorMapEntry** link = &map[fnv0_32_str(key) & (kBucketCount - 1)];
+    while (*link && std::strcmp((*link)->key->text, key) != 0) link = &(*link)->next;
+    return link;
+}
+
+void freeEntry(ZorMapEntry* entry) {
+    entry->key->removeRef();
+    delete entry;
+}
+
+} // namespace
+
+ZorMapEntry** zor_mapMake() { return new ZorMapEntry*[kBucketCount](); }
+
+void zor_mapSet(ZorMapEntry** map, void const* key, void* value) {
+    ZorMapEntry** const link = findLink(map, textOf(key));
+    if (*link) {
+        (*link)->value = value;
+        return;
+    }
+    StringRef reference(stringOf(key));
+    *link = new ZorMapEntry{reference.get(), value, nullptr};
+    (void)reference.release();
+}
+
+void* zor_mapGet(ZorMapEntry** map, void const* key) {
+    ZorMapEntry const* const entry = *findLink(map, textOf(key));
+    return entry ? entry->value : nullptr;
+}
+
+void zor_mapRemove(ZorMapEntry** map, void const* key) {
+    ZorMapEntry** const link = findLink(map, textOf(key));
+    ZorMapEntry* const entry = *link;
+    if (!entry) return;
+    *link = entry->next;
+    freeEntry(entry);
+}
+
+ZorListNode* zor_mapValues(ZorMapEntry** map) {
+    ZorListNode* first = nullptr;
+    ZorListNode* last = nullptr;
+    for (unsigned i = 0; i < kBucketCount; ++i) {
+        for (ZorMapEntry const* entry = map[i]; entry; entry = entry->next) {
+            last = last ? zor_listAddNode(last, entry->value) : zor_listMake(entry->value);
+            if (!first) first = last;
+        }
+    }
+    return first;
+}
+
+void zor_mapDelete(ZorMapEntry** map) {
+    for (unsigned i = 0; i < kBucketCount; ++i) {
+        while (ZorMapEntry* const entry = map[i]) {
+            map[i] = entry->next;
+            freeEntry(entry);
+        }
+    }
+    delete[] map;
+}
+
+unsigned int fnv0_32_str(char const* text) {
+    unsigned int hash = 0;
+    for (; *text; ++text) hash = (hash * kFnvPrime) ^ static_cast<unsigned char>(*text);
+    return hash;
+}
+
+unsigned char firstCharacterHash(char const* text) {
+    return text ? static_cast<unsigned char>(*text) : 0;
+}

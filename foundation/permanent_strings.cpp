@@ -1,0 +1,93 @@
+// The sixteen permanent strings and the ordered set they are found in.
+//
+// Both are laid out by the compiler, so that they exist before any code runs, and never destroyed:
+// every static initialiser and destructor of a host may use them.
+
+#include "foundation/permanent_strings.h"
+
+#include <cstring>
+
+#include "foundation/immortal.h"
+
+constexpr ZorString::ZorString(char const* permanentText)
+    : marker(-1), localBuffer{}, length(0), refCount(permanentCount), capacity(localSize),
+      text(localBuffer) {
+    while (permanentText[length]) {
+        localBuffer[length] = permanentText[length];
+        ++length;
+    }
+}
+
+// In the order of stdZorStrings. Members, because an array of a class with a destructor cannot be
+// laid out by every compiler.
+struct ZorString::PermanentStrings {
+    ZorString empty{""};
+    ZorString defaultSchema{"DefaultSchema"};
+    ZorString schema{"schema"};
+    ZorString managementId{"managementId"};
+    ZorString commsMgmtId{"CommsMgmtId"};
+    ZorString qbexMgmtId{"QbexMgmtId"};
+    ZorString id{"Id"};
+    ZorString physiclaIfcMgmtId{"PhysiclaIfcMgmtId"}; // Kept: documents spell it like this
+    ZorString stimulusKeySettings{"StimulusKeySettings"};
+    ZorString tilecardContainerMgmtId{"TilecardContainerMgmtId"};
+    ZorString lineKeySettings{"LineKeySettings"};
+    ZorString mediaProcessMgmtId{"MediaProcessMgmtId"};
+    ZorString dssKeySettings{"DssKeySettings"};
+    ZorString trueText{"true"};
+    ZorString falseText{"false"};
+    ZorString occurrence{"occurrence"};
+};
+
+union ZorString::PermanentStorage {
+    constexpr PermanentStorage() : strings() {}
+    ~PermanentStorage() {} // the strings stay
+    PermanentStrings strings;
+};
+
+ZOR_CONSTINIT ZorString::PermanentStorage ZorString::permanentStorage;
+
+// The members as the array that they are laid out as.
+ZorString (&ZorString::stdZorStrings)[ZorString::stdCount] =
+    reinterpret_cast<ZorString (&)[stdCount]>(permanentStorage.strings);
+
+ZorString* const ZorString::stdZorStringContainer[ZorString::stdCount] = {
+    &permanentStorage.strings.empty,
+    &permanentStorage.strings.id,
+    &permanentStorage.strings.trueText,
+    &permanentStorage.strings.falseText,
+    &permanentStorage.strings.schema,
+    &permanentStorage.strings.qbexMgmtId,
+    &permanentStorage.strings.occurrence,
+    &permanentStorage.strings.commsMgmtId,
+    &permanentStorage.strings.managementId,
+    &permanentStorage.strings.defaultSchema,
+    &permanentStorage.strings.dssKeySettings,
+    &permanentStorage.strings.lineKeySettings,
+    &permanentStorage.strings.physiclaIfcMgmtId,
+    &permanentStorage.strings.mediaProcessMgmtId,
+    &permanentStorage.strings.stimulusKeySettings,
+    &permanentStorage.strings.tilecardContainerMgmtId,
+};
+
+bool ZorString::compareZorString(ZorString const* a, ZorString const* b) {
+    if (a->length != b->length) return a->length < b->length;
+    return std::strcmp(a->text, b->text) < 0;
+}
+
+ZorString* zor_internal::findPermanent(char const* chars, int length) {
+    int low = 0;
+    int high = ZorString::stdCount;
+    while (low < high) {
+        int const middle = (low + high) / 2;
+        ZorString* const candidate = ZorString::stdZorStringContainer[middle];
+        int order = length - candidate->length;
+        if (order == 0 && length > 0) {
+            order = std::memcmp(chars, candidate->text, static_cast<unsigned>(length));
+        }
+        if (order == 0) return candidate;
+        if (order < 0) high = middle;
+        else low = middle + 1;
+    }
+    return nullptr;
+}

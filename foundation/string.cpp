@@ -1,0 +1,264 @@
+// ZorString: storage, copy-on-write mutation and reference counts.
+//
+// What is shared is never changed: a mutator called on a string with other holders goes on with a
+// private copy. Everything that may fail to allocate happens before the caller's reference is
+// given up.
+
+#include "zor/string.h"
+
+#include <cstdarg>
+#include <cstring>
+#include <functional>
+#include <memory>
+
+#include "foundation/ascii.h"
+#include "foundation/permanent_strings.h"
+
+using zor_internal::findPermanent;
+using zor_internal::isSpace;
+
+namespace {
+
+constexpr int kLargestCapacity = ZorString::maxLength + 1;
+
+// The buffer size for `need` bytes: the next multiple of 16 above, as far as 16 bits hold it.
+int capacityFor(int need) {
+    int const rounded = (need & ~15) + 16;
+    return rounded < kLargestCapacity ? rounded : kLargestCapacity;
+}
+
+void freeBlock(ZorString* s) {
+    if (s->text != s->localBuffer) delete[] s->text;
+}
+
+void reserve(ZorString* s, int need) {
+    if (need <= s->capacity) return;
+    int const capacity = capacityFor(need);
+    char* const block = new char[static_cast<unsigned>(capacity)];
+    std::memcpy(block, s->text, s->length);
+    freeBlock(s);
+    s->text = block;
+    s->capacity = static_cast<unsigned short>(capacity);
+    s->text[s->length] = '\0';
+}
+
+// The number of characters that a pair stands for, cut to what any string can hold.
+int charactersIn(char const* chars, int size) {
+    if (!chars) return 0;
+    if (size == -1) return static_cast<int>(strnlen(chars, ZorString::maxLength));
+    if (size < 0) return 0;
+    return size < ZorString::maxLength ? size : ZorString::maxLength;
+}
+
+void appendCharacters(ZorString* s, char const* chars, int size) {
+    int count = charactersIn(chars, size);
+    int const room = ZorString::maxLength - s->length;
+    if (count > room) count = room;
+    if (count == 0) return;
+    reserve(s, s->length + count + 1);
+    std::memcpy(s->text + s->length, chars, static_cast<unsigned>(count));
+    s->length = static_cast<unsigned short>(s->length + count);
+    s->text[s->length] = '\0';
+}
+
+void clear(ZorString* s) {
+    s->length = 0;
+    s->text[0] = '\0';
+}
+
+// The permanent string of the same text instead of a private one, else the string itself. A string
+// under construction has a count of 0 and stays what it is.
+ZorString* interned(ZorString* s) {
+    if (s->refCount != 1) return s;
+    ZorString* const permanent = findPermanent(s->text, s->length);
+    if (!permanent) return s;
+    s->removeRef();
+    return permanent;
+}
+
+template <typename Function>
+void forEachPair(int count, char const* chars, int size, va_list rest, Function apply) {
+    for (int i = 0; i < count; ++i) {
+        if (i > 0) {
+            chars = va_arg(rest, char const*);
+            size = va_arg(rest, int);
+        }
+        apply(chars, size);
+    }
+}
+
+// Keeps the characters of a string that is about to change, if any of the pairs points at them.
+class PinnedText {
+public:
+    PinnedText(ZorString const* string, int count, char const* chars, int size, va_list rest)
+        : base(string->text), bytes(string->capacity) {
+        bool pointsInto = false;
+        va_list pairs;
+        va_copy(pairs, rest);
+        forEachPair(count, chars, size, pairs,
+                    [&](char const* text, int) { pointsInto = pointsInto || contains(text); });
+        va_end(pairs);
+        if (pointsInto) copy.reset(new ZorString(*string));
+    }
+
+    // Where the characters of a pair stand safely.
+    char const* resolve(char const* chars) const {
+        return copy && contains(chars) ? copy->text + (chars - base) : chars;
+    }
+
+private:
+    bool contains(char const* chars) const {
+        std::less<char const*> const before;
+        return !before(chars, base) && before(chars, base + bytes);
+    }
+
+    char const* base;
+    int bytes;
+    std::unique_ptr<ZorString> copy;
+};
+
+// The string to change in place of `s`: a new one made by `makePrivate` when `s` has other
+// holders, else `s` itself.
+class PrivateString {
+public:
+    template <typename Make> PrivateString(ZorString* string, Make makePrivate) : shared(string) {
+        if (string->refCount >= 2) own.reset(makePrivate());
+    }
+
+    ZorString* get() const { return own ? own.get() : shared; }
+
+    // Gives up the reference to the shared string, if there is a private one now.
+    ZorString* commit() {
+        if (!own) return shared;
+        shared->removeRef();
+        return own.release();
+    }
+
+private:
+    ZorString* shared;
+    std::unique_ptr<ZorString> own;
+};
+
+ZorString* appendOne(ZorString* s, char const* chars, int size) {
+    PrivateString target(s, [s] { return new ZorString(*s); });
+    appendCharacters(target.get(), chars, size);
+    return interned(target.commit());
+}
+
+} // namespace
+
+ZorString::ZorString(int count, char const* chars, int size, ...)
+    : marker(-1), length(0), refCount(0), capacity(localSize), text(localBuffer) {
+    localBuffer[0] = '\0';
+    va_list rest;
+    va_start(rest, size);
+    forEachPair(count, chars, size, rest,
+                [this](char const* t, int n) { appendCharacters(this, t, n); });
+    va_end(rest);
+    refCount = 1;
+}
+
+ZorString::ZorString(ZorString const& other)
+    : marker(-1), length(other.length), refCount(1), capacity(other.capacity), text(localBuffer) {
+    if (other.text != other.localBuffer) text = new char[capacity];
+    std::memcpy(text, other.text, length + 1U);
+}
+
+ZorString::~ZorString() { freeBlock(this); }
+
+ZorString* ZorString::create(char const* chars, int size) {
+    int const count = charactersIn(chars, size);
+    if (ZorString* const permanent = findPermanent(chars, count)) return permanent;
+    return new ZorString(1, chars, count);
+}
+
+ZorString* ZorString::append(int count, char const* chars, int size, ...) {
+    va_list rest;
+    va_start(rest, size);
+    PinnedText const pinned(this, count, chars, size, rest);
+    PrivateString target(this, [this] { return new ZorString(*this); });
+    forEachPair(count, chars, size, rest, [&](char const* t, int n) {
+        appendCharacters(target.get(), pinned.resolve(t), n);
+    });
+    va_end(rest);
+    return interned(target.commit());
+}
+
+ZorString* ZorString::set(int count, char const* chars, int size, ...) {
+    va_list rest;
+    va_start(rest, size);
+    PinnedText const pinned(this, count, chars, size, rest);
+    PrivateString target(this, [] { return new ZorString(0, nullptr, 0); });
+    ZorString* result = target.commit();
+    clear(result);
+    // A permanent string may stand in after any pair, not only after the last.
+    forEachPair(count, chars, size, rest,
+                [&](char const* t, int n) { result = appendOne(result, pinned.resolve(t), n); });
+    va_end(rest);
+    return result;
+}
+
+ZorString* ZorString::trim() {
+    if (length == 0) return this;
+    int start = 0;
+    while (start < length && isSpace(text[start])) ++start;
+    int end = length - 1;
+    while (start < end && isSpace(text[end])) --end;
+    int const kept = end - start + 1;
+    if (kept >= length) return this;
+
+    if (refCount >= 2) {
+        ZorString* const trimmed = create(text + start, kept);
+        removeRef();
+        return trimmed;
+    }
+
+    bool const fitsLocally = kept < localSize;
+    int const newCapacity = fitsLocally ? localSize : capacityFor(kept + 1);
+    char* buffer = text;
+    if (newCapacity != capacity) {
+        buffer = fitsLocally ? localBuffer : new char[static_cast<unsigned>(newCapacity)];
+    }
+    std::memmove(buffer, text + start, static_cast<unsigned>(kept));
+    buffer[kept] = '\0';
+    if (buffer != text) freeBlock(this);
+    text = buffer;
+    length = static_cast<unsigned short>(kept);
+    capacity = static_cast<unsigned short>(newCapacity);
+    return interned(this);
+}
+
+void ZorString::removeRef() {
+    if (refCount == permanentCount) return;
+    // Kept: a count that is 0 already wraps, and the string becomes permanent.
+    refCount = static_cast<unsigned short>(refCount - 1);
+    if (refCount == 0) delete this;
+}
+
+void zor_stringAddRef(ZorString* string) {
+    if (string->refCount == ZorString::permanentCount) return;
+    // Kept: the count may climb to 0xFFFF, which makes the string permanent rather than wrong.
+    ++string->refCount;
+}
+
+ZorString* zor_stringCopy(ZorString const* string) {
+    if (!string) return ZorString::create(nullptr, 0);
+    return ZorString::create(string->text, string->length);
+}
+
+int zor_stringCompare(ZorString const* a, ZorString const* b) {
+    return std::strcmp(a->text, b->text);
+}
+
+unsigned short zor_stringLength(ZorString const* string) { return string->length; }
+
+char* zor_stringValue(ZorString* string) { return string->text; }
+
+void zor_stringPreAllocate(ZorString* string, int size) {
+    if (size < 0) return;
+    reserve(string, (size < ZorString::maxLength ? size : ZorString::maxLength) + 1);
+}
+
+int zor_isString(void const* text) {
+    return text && static_cast<ZorString const*>(text)->marker == -1;
+}
