@@ -1,0 +1,96 @@
+// Choices: a text out of an ordered list.
+//
+// The user data of a choice is its list of options, ZorStrings with one reference each; null while
+// there is none.
+
+#include <cstring>
+#include <string>
+
+#include "foundation/string_ref.h"
+#include "foundation/text_argument.h"
+#include "zor/types.h"
+
+using zor_internal::StringRef;
+using zor_internal::stringOf;
+
+namespace {
+
+ZorListNode* optionsIn(void* userData) { return static_cast<ZorListNode*>(userData); }
+
+ZorString* optionAt(ZorListNode const* node) { return static_cast<ZorString*>(node->value); }
+
+int optionDiffers(void const* option, void const* text) {
+    return std::strcmp(static_cast<ZorString const*>(option)->text,
+                       static_cast<char const*>(text));
+}
+
+int choiceIsValid(void* userData, char const* text) {
+    return zor_listFindNode(optionsIn(userData), text, optionDiffers) != nullptr;
+}
+
+void choiceFreeOptions(void* userData) {
+    ZorListNode* const options = optionsIn(userData);
+    for (ZorListNode const* node = options; node; node = node->next) optionAt(node)->removeRef();
+    zor_listDelete(options);
+}
+
+// Appends the option behind `last`, or starts a list with it. Returns the new node.
+ZorListNode* appendOption(ZorListNode* last, void const* option) {
+    StringRef reference(stringOf(option));
+    ZorListNode* const node =
+        last ? zor_listAddNode(last, reference.get()) : zor_listMake(reference.get());
+    (void)reference.release();
+    return node;
+}
+
+void* choiceCloneOptions(void* userData) {
+    ZorListNode* first = nullptr;
+    ZorListNode* last = nullptr;
+    for (ZorListNode const* node = optionsIn(userData); node; node = node->next) {
+        last = appendOption(last, optionAt(node));
+        if (!first) first = last;
+    }
+    return first;
+}
+
+void writeLine(ZorDataWriter* writer, std::string const& line) {
+    writer->writeData(line.c_str(), static_cast<int>(line.size()));
+}
+
+// Kept: name and options are written as they are, unescaped.
+void choiceExport(ZorDataWriter* writer, ZorString* name, void* userData) {
+    writeLine(writer, std::string("<choice name=\"") + name->text + "\">");
+    for (ZorListNode const* node = optionsIn(userData); node; node = node->next) {
+        writeLine(writer, std::string("<option>") + optionAt(node)->text + "</option>");
+    }
+    writer->writeData("</choice>", 9);
+}
+
+} // namespace
+
+ZorDataType* zor_choiceMake(void const* name) {
+    ZorDataType* const choice =
+        zor_derivedTypeMake(name, nullptr, nullptr, choiceIsValid, nullptr, choiceFreeOptions,
+                            ZorBuiltIn::getDataType("string"), choiceCloneOptions);
+    choice->flags |= ZorDataType::isChoice;
+    zor_dataTypeSetXmlExportFn(choice, choiceExport);
+    return choice;
+}
+
+void zor_choiceAddOption(ZorDataType* choice, void const* option) {
+    ZorListNode* const options = optionsIn(choice->userData);
+    ZorListNode* const added = appendOption(options, option);
+    if (options) return;
+    choice->userData = added;
+    choice->defaultValue = choice->fromStringFn(optionAt(added)->text);
+    choice->flags = static_cast<unsigned char>(choice->flags & ~ZorDataType::noDefault);
+}
+
+int zor_choiceEnumerate(ZorDataType* type, void (*callback)(int index, char const* text)) {
+    if (!zor_datatypeIsChoice(type)) return 0;
+    int count = 0;
+    for (ZorListNode const* node = optionsIn(type->userData); node; node = node->next) {
+        callback(count++, optionAt(node)->text);
+    }
+    return count;
+}

@@ -1,0 +1,37 @@
+// "int": signed, 32 bits.
+
+#include "types/builtin_makers.h"
+#include "types/number_text.h"
+#include "types/number_value.h"
+
+namespace zor_internal {
+namespace {
+
+int intIsValid(void*, char const* text) {
+    return decimalIsValid(text, "+-", *text == '-' ? "2147483648" : "2147483647");
+}
+
+int intCompare(void*, char const* a, char const* b) {
+    return compareNumbers(intFromText(a), intFromText(b));
+}
+
+u_zorItemValue intFromString(char const* text) { return intValueOf(intFromText(text)); }
+
+void intSetFromString(u_zorItemValue* value, char const* text) { *value = intFromString(text); }
+
+ZorString* intToString(u_zorItemValue value) {
+    return textFromInt(static_cast<std::int32_t>(value.intValue));
+}
+
+} // namespace
+
+ZorDataType* makeIntType() {
+    auto* const type = new ZorDataType("int", "0", nullptr, intIsValid, intCompare, nullptr,
+                                       intFromString, numberCopy, numberFree, intSetFromString,
+                                       intToString, nullptr);
+    zor_dataTypeSetConversionFuncs(type, zorExtLong, numberToInternal, numberSetInternal,
+                                   numberGetInt, numberIsInt32, numberCompareInt);
+    return type;
+}
+
+} // namespace zor_internal

@@ -1,0 +1,107 @@
+// Numbers and text, independent of the host's word size and locale.
+
+#include "types/number_text.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <system_error>
+
+#include "foundation/ascii.h"
+
+namespace zor_internal {
+namespace {
+
+// A sign and digits, the magnitude held at `kTooLarge` once it passes 32 bits.
+struct Decimal {
+    bool negative;
+    std::uint64_t magnitude;
+};
+
+constexpr std::uint64_t kTooLarge = std::uint64_t(1) << 32;
+
+Decimal decimalFromText(char const* text) {
+    while (isSpace(*text)) ++text;
+    Decimal result{*text == '-', 0};
+    if (*text == '-' || *text == '+') ++text;
+    for (; isDigit(*text); ++text) {
+        result.magnitude = result.magnitude * 10 + static_cast<std::uint64_t>(*text - '0');
+        if (result.magnitude > kTooLarge) result.magnitude = kTooLarge;
+    }
+    return result;
+}
+
+// Whether a number that no double can hold is too large rather than too small: its first digit
+// other than 0 stands before the point, the exponent applied.
+bool isTooLarge(char const* text, char const* end, bool hexadecimal) {
+    char const* const marks = hexadecimal ? "pP" : "eE";
+    long position = 0;
+    bool fraction = false;
+    bool significant = false;
+    for (; text < end && !std::strchr(marks, *text); ++text) {
+        if (*text == '.') {
+            fraction = true;
+            continue;
+        }
+        significant = significant || *text != '0';
+        if (!fraction && significant) ++position;
+        if (fraction && !significant) --position;
+    }
+    long const exponent = text < end ? intFromText(text + 1) : 0;
+    return position * (hexadecimal ? 4 : 1) + exponent > 0;
+}
+
+template <typename... Arguments> ZorString* textFrom(Arguments... arguments) {
+    char buffer[32];
+    std::to_chars_result const written =
+        std::to_chars(buffer, buffer + sizeof buffer, arguments...);
+    return ZorString::create(buffer, static_cast<int>(written.ptr - buffer));
+}
+
+} // namespace
+
+std::int32_t intFromText(char const* text) {
+    using Limits = std::numeric_limits<std::int32_t>;
+    Decimal const decimal = decimalFromText(text);
+    auto const number = static_cast<std::int64_t>(decimal.magnitude);
+    if (decimal.negative) return number > -std::int64_t(Limits::min()) ? Limits::min()
+                                                                       : std::int32_t(-number);
+    return number > Limits::max() ? Limits::max() : std::int32_t(number);
+}
+
+std::uint32_t uintFromText(char const* text) {
+    Decimal const decimal = decimalFromText(text);
+    if (decimal.magnitude >= kTooLarge) return std::numeric_limits<std::uint32_t>::max();
+    auto const number = static_cast<std::uint32_t>(decimal.magnitude);
+    return decimal.negative ? 0 - number : number;
+}
+
+int floatFromText(char const* text, double* value) {
+    while (isSpace(*text)) ++text;
+    if (!*text) return -1;
+    bool const negative = *text == '-';
+    if (*text == '-' || *text == '+') ++text;
+    if (*text == '-') return 0; // from_chars would take a second sign
+    bool const hexadecimal = text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    if (hexadecimal) text += 2;
+
+    double number = 0;
+    std::from_chars_result const read =
+        std::from_chars(text, text + std::strlen(text), number,
+                        hexadecimal ? std::chars_format::hex : std::chars_format::general);
+    if (read.ec == std::errc::invalid_argument) return 0;
+    if (read.ec == std::errc::result_out_of_range) {
+        number = isTooLarge(text, read.ptr, hexadecimal) ? HUGE_VAL : 0;
+    }
+    *value = negative ? -number : number;
+    return 1;
+}
+
+ZorString* textFromInt(std::int32_t value) { return textFrom(value); }
+
+ZorString* textFromUInt(std::uint32_t value) { return textFrom(value); }
+
+ZorString* textFromFloat(double value) { return textFrom(value, std::chars_format::general, 15); }
+
+} // namespace zor_internal

@@ -1,0 +1,35 @@
+// "uint": unsigned, 32 bits.
+
+#include "types/builtin_makers.h"
+#include "types/number_text.h"
+#include "types/number_value.h"
+
+namespace zor_internal {
+namespace {
+
+int uintIsValid(void*, char const* text) { return decimalIsValid(text, "+", "4294967295"); }
+
+int uintCompare(void*, char const* a, char const* b) {
+    return compareNumbers(uintFromText(a), uintFromText(b));
+}
+
+u_zorItemValue uintFromString(char const* text) { return uintValueOf(uintFromText(text)); }
+
+void uintSetFromString(u_zorItemValue* value, char const* text) { *value = uintFromString(text); }
+
+ZorString* uintToString(u_zorItemValue value) {
+    return textFromUInt(static_cast<std::uint32_t>(value.uintValue));
+}
+
+} // namespace
+
+ZorDataType* makeUIntType() {
+    auto* const type = new ZorDataType("uint", "0", nullptr, uintIsValid, uintCompare, nullptr,
+                                       uintFromString, numberCopy, numberFree, uintSetFromString,
+                                       uintToString, nullptr);
+    zor_dataTypeSetConversionFuncs(type, zorExtULong, numberToInternal, numberSetInternal,
+                                   numberGetUInt, numberIsUInt32, numberCompareUInt);
+    return type;
+}
+
+} // namespace zor_internal
