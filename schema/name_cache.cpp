@@ -1,0 +1,61 @@
+// The cache and its lock are made by the first to ask, or when the library is loaded.
+
+#include "schema/name_cache.h"
+
+#include <new>
+
+#include "foundation/immortal.h"
+#include "platform/lock_holder.h"
+
+using zor_internal::Immortal;
+using zor_internal::LockHolder;
+
+namespace {
+
+ZOR_CONSTINIT Immortal<ZorSchema::NodeMap> mapStorage;
+ZOR_CONSTINIT Immortal<Semaphore> semaphoreStorage;
+
+Semaphore& cacheLock() {
+    static bool const made = (new (&mapStorage.object) ZorSchema::NodeMap,
+                              new (&semaphoreStorage.object) Semaphore(1, 1, false), true);
+    (void)made;
+    return semaphoreStorage.object;
+}
+
+[[maybe_unused]] Semaphore& madeAtLoad = cacheLock();
+
+// The node that follows in a walk over `top` and all below it, parents first; null at the end.
+ZorSchemaNode const* nextInTree(ZorSchemaNode const* node, ZorSchemaNode const* top) {
+    if (node->firstChild) return node->firstChild;
+    while (node != top && !node->next) node = node->parent;
+    return node == top ? nullptr : node->next;
+}
+
+} // namespace
+
+ZorSchema::NodeMap& ZorSchema::sNodeMap = mapStorage.object;
+Semaphore& ZorSchema::sNodeMapSema4 = semaphoreStorage.object;
+
+namespace zor_internal {
+
+ZorSchemaNode* cachedChild(ZorSchemaNode const* parent, char const* name) {
+    LockHolder const lock(cacheLock());
+    auto const children = ZorSchema::sNodeMap.find(parent);
+    if (children == ZorSchema::sNodeMap.end()) return nullptr;
+    auto const found = children->second.find(name);
+    return found == children->second.end() ? nullptr : found->second;
+}
+
+void cacheChild(ZorSchemaNode const* parent, ZorSchemaNode* child) {
+    LockHolder const lock(cacheLock());
+    ZorSchema::sNodeMap[parent][child->getName()] = child;
+}
+
+void forgetTree(ZorSchemaNode const* top) {
+    LockHolder const lock(cacheLock());
+    for (ZorSchemaNode const* node = top; node; node = nextInTree(node, top)) {
+        if (!node->isDataNode()) ZorSchema::sNodeMap.erase(node);
+    }
+}
+
+} // namespace zor_internal

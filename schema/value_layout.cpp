@@ -1,0 +1,109 @@
+// The layout of a document's cells.
+//
+// A data node owns one block of multiplier x occurrences cells, where the multiplier is the
+// product of the occurrences of all branches above it. Blocks lie in depth-first order, children
+// in the order they were made.
+
+#include <climits>
+
+#include "schema/child_index.h"
+#include "zor/schema.h"
+
+using zor_internal::buildChildIndex;
+
+namespace {
+
+long occurrencesOf(ZorSchemaNode const* node) {
+    int const occurrences = node->getOccurrences();
+    return occurrences > 0 ? occurrences : 0;
+}
+
+long multiply(long a, long b) {
+    long product;
+    return __builtin_mul_overflow(a, b, &product) ? LONG_MAX : product;
+}
+
+long add(long a, long b) {
+    long sum;
+    return __builtin_add_overflow(a, b, &sum) ? LONG_MAX : sum;
+}
+
+// While documents exist, indexes and value indexes are right and others read them: they stay.
+bool isOpen(ZorSchemaNode const* node) {
+    ZorSchemaNode const* const root = node->getSchemaRootNode();
+    return !root || root->documentCount <= 0;
+}
+
+long countCells(ZorSchemaNode* node, bool open) {
+    if (node->isDataNode()) return occurrencesOf(node);
+    long sum = 0;
+    for (ZorSchemaNode* child = node->firstChild; child; child = child->next) {
+        sum = add(sum, countCells(child, open));
+    }
+    if (open) buildChildIndex(node);
+    return multiply(occurrencesOf(node), sum);
+}
+
+// Calls `visit(dataNode, first cell, number of cells)` for every data node from `node` down, with
+// cells counted from `first`. Returns how many cells there are.
+template <typename Visit>
+long visitBlocks(ZorSchemaNode* node, long first, long multiplier, Visit const& visit) {
+    long const count = multiplier * occurrencesOf(node);
+    if (node->isDataNode()) {
+        visit(node, first, count);
+        return count;
+    }
+    long used = 0;
+    for (ZorSchemaNode* child = node->firstChild; child; child = child->next) {
+        used += visitBlocks(child, first + used, count, visit);
+    }
+    return used;
+}
+
+void setValue(ZorValueNode& cell, u_zorItemValue value) {
+    cell.value = value;
+    cell.flags = static_cast<unsigned char>(cell.flags & ~ZorValueNode::noValue);
+}
+
+bool hasDefault(ZorSchemaNode const* node) {
+    return node->dataType && !(node->flags & ZorSchemaNode::noDefault);
+}
+
+} // namespace
+
+long ZorSchemaNode::countRequiredValueNodes() { return countCells(this, isOpen(this)); }
+
+long ZorSchemaNode::makeValueNodes(ZorValueNode* cells, long startIndex, long multiplier) {
+    bool const open = isOpen(this);
+    return visitBlocks(this, 0, multiplier, [=](ZorSchemaNode* node, long first, long count) {
+        if (open) node->valueIndex = static_cast<int>(startIndex + first);
+        for (long i = first; i < first + count; ++i) {
+            if (hasDefault(node)) setValue(cells[i], node->dataType->copyValueFn(node->defaultValue));
+            else cells[i].flags |= ZorValueNode::noValue;
+        }
+    });
+}
+
+long ZorSchemaNode::copyValueNodes(ZorValueNode const* from, ZorValueNode* to, long startIndex,
+                                   long multiplier) {
+    bool const open = isOpen(this);
+    return visitBlocks(this, 0, multiplier, [=](ZorSchemaNode* node, long first, long count) {
+        if (open) node->valueIndex = static_cast<int>(startIndex + first);
+        for (long i = first; i < first + count; ++i) {
+            if (!(from[i].flags & ZorValueNode::noValue)) {
+                to[i].value = node->dataType->copyValueFn(from[i].value);
+            }
+            to[i].flags = from[i].flags;
+        }
+    });
+}
+
+long ZorSchemaNode::freeValueNodes(ZorValueNode* cells, long multiplier) {
+    return visitBlocks(this, 0, multiplier, [=](ZorSchemaNode* node, long first, long count) {
+        for (long i = first; i < first + count; ++i) {
+            if (!(cells[i].flags & ZorValueNode::noValue)) {
+                node->dataType->freeValueFn(cells[i].value);
+            }
+        }
+    });
+}
