@@ -1,0 +1,216 @@
+// Result sets: a list while they are built, an array with a cursor afterwards.
+
+#include <climits>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+
+#include "foundation/string_ref.h"
+#include "incident/raise.h"
+#include "zor/document.h"
+
+using zor_internal::raiseError;
+using zor_internal::StringRef;
+
+namespace {
+
+ZorResultPointer* recordAt(ZorListNode const* node) {
+    return static_cast<ZorResultPointer*>(node->value);
+}
+
+// The number of records that are in the array already.
+unsigned int finalizedCount(ZorResultSet const* set) {
+    unsigned int count = set->count;
+    for (ZorListNode const* node = set->head; node; node = node->next) --count;
+    return count;
+}
+
+void appendRecord(ZorResultSet* set, std::unique_ptr<ZorResultPointer> record) {
+    set->tail = set->head ? zor_listAddNode(set->tail, record.get()) : zor_listMake(record.get());
+    if (!set->head) set->head = set->tail;
+    (void)record.release();
+    ++set->count;
+}
+
+void freeArray(ZorResultSet* set) {
+    if (set->results != &set->single) delete[] set->results;
+    set->results = nullptr;
+}
+
+// Moves the records of a finalized set back into a list, before those added since.
+void reopen(ZorResultSet* set) {
+    unsigned int const count = finalizedCount(set);
+    if (count == 0) return;
+    ZorListNode* const first = zor_listMake(set->results[0]);
+    ZorListNode* last = first;
+    for (unsigned int i = 1; i < count; ++i) last = zor_listAddNode(last, set->results[i]);
+    zor_listJoin(last, set->head);
+    if (!set->head) set->tail = last;
+    set->head = first;
+    freeArray(set);
+}
+
+// The result under the cursor; null, with an incident, past the end.
+ZorResultPointer const* current(ZorResultSet* set) {
+    if (set->eof()) {
+        raiseError(nullptr, incidentInvalidState, "Passed end of result set");
+        return nullptr;
+    }
+    if (set->head) set->finalize();
+    return set->results[set->cursor];
+}
+
+} // namespace
+
+ZorResultPointer::ZorResultPointer(ZorSchemaNode* resultNode, int ownOccurrence, int flatOccurrence)
+    : node(resultNode), occurrence(ownOccurrence), flat(flatOccurrence) {}
+
+ZorResultPointer::~ZorResultPointer() = default;
+
+ZorResultSet::ZorResultSet(ZorDocument* resultDocument)
+    : document(resultDocument), head(nullptr), tail(nullptr), results(nullptr), count(0),
+      cursor(0), single(nullptr) {}
+
+ZorResultSet::~ZorResultSet() {
+    unsigned int const inArray = finalizedCount(this);
+    for (ZorListNode const* node = head; node; node = node->next) delete recordAt(node);
+    zor_listDelete(head);
+    for (unsigned int i = 0; i < inArray; ++i) delete results[i];
+    freeArray(this);
+}
+
+void ZorResultSet::addResult(long parentFlat, ZorSchemaNode* node, long occurrence) {
+    std::int64_t const flat = std::int64_t(node->getOccurrences()) * parentFlat + occurrence;
+    // Beyond 32 bits there are no cells: the flat occurrence stays out of range.
+    int const bounded = flat > INT_MAX ? INT_MAX : static_cast<int>(flat);
+    appendRecord(this, std::make_unique<ZorResultPointer>(node, static_cast<int>(occurrence), bounded));
+}
+
+void ZorResultSet::combine(ZorResultSet* other) {
+    std::unique_ptr<ZorResultSet> const source(other);
+    reopen(other);
+    if (!other->head) return;
+    if (head) zor_listJoin(tail, other->head);
+    else head = other->head;
+    tail = other->tail;
+    count += other->count;
+    other->head = nullptr;
+    other->count = 0;
+}
+
+void ZorResultSet::finalize() {
+    if (!head) return;
+    if (results) reopen(this);
+    results = count == 1 ? &single : new ZorResultPointer*[count];
+    ZorResultPointer** at = results;
+    for (ZorListNode const* node = head; node; node = node->next) *at++ = recordAt(node);
+    zor_listDelete(head);
+    head = nullptr;
+    tail = nullptr;
+}
+
+bool ZorResultSet::eof() const { return cursor >= count; }
+
+void ZorResultSet::next() {
+    if (!eof()) ++cursor;
+}
+
+void ZorResultSet::rewind() { cursor = 0; }
+
+void ZorResultSet::seek(unsigned int index) { cursor = index; }
+
+unsigned long ZorResultSet::getResultCount() const { return count; }
+
+ZorSchemaNode* ZorResultSet::getDefinition() {
+    ZorResultPointer const* const at = current(this);
+    return at ? at->node : nullptr;
+}
+
+char const* ZorResultSet::getNodeName() {
+    ZorResultPointer const* const at = current(this);
+    return at ? at->node->getName() : nullptr;
+}
+
+ZorDataType* ZorResultSet::getDataType() {
+    ZorResultPointer const* const at = current(this);
+    return at ? at->node->getDataType() : nullptr;
+}
+
+long ZorResultSet::getOccurrence() {
+    ZorResultPointer const* const at = current(this);
+    return at ? at->occurrence + 1L : 0;
+}
+
+ZorString* ZorResultSet::getValue() {
+    ZorResultPointer const* const at = current(this);
+    return at ? document->getStringNodeValue(at->node, at->flat) : nullptr;
+}
+
+int ZorResultSet::setValue(char const* value) {
+    ZorResultPointer const* const at = current(this);
+    if (!at) return 0;
+    if (!zor_isString(value)) return document->setStringNodeValue(at->node, at->flat, value);
+    // Plain text that begins like a ZorString.
+    StringRef const text(ZorString::create(value, -1));
+    return document->setStringNodeValue(at->node, at->flat, text.get());
+}
+
+void ZorResultSet::restoreDefault() {
+    ZorResultPointer const* const at = current(this);
+    if (at) document->restoreDefault(at->node, at->flat);
+}
+
+long ZorResultSet::getIntValue(int* isNull) {
+    ZorResultPointer const* const at = current(this);
+    return at ? document->getIntNodeValue(at->node, at->flat, isNull) : 0;
+}
+
+int ZorResultSet::setIntValue(long value) {
+    ZorResultPointer const* const at = current(this);
+    return at ? document->setIntNodeValue(at->node, at->flat, value) : 0;
+}
+
+unsigned long ZorResultSet::getUIntValue(int* isNull) {
+    ZorResultPointer const* const at = current(this);
+    return at ? document->getUIntNodeValue(at->node, at->flat, isNull) : 0;
+}
+
+int ZorResultSet::setUIntValue(unsigned long value) {
+    ZorResultPointer const* const at = current(this);
+    return at ? document->setUIntNodeValue(at->node, at->flat, value) : 0;
+}
+
+double ZorResultSet::getFloatValue(int* isNull) {
+    ZorResultPointer const* const at = current(this);
+    return at ? document->getFloatNodeValue(at->node, at->flat, isNull) : 0.0;
+}
+
+int ZorResultSet::setFloatValue(double value) {
+    ZorResultPointer const* const at = current(this);
+    return at ? document->setFloatNodeValue(at->node, at->flat, value) : 0;
+}
+
+bool ZorResultSet::wasChanged() {
+    ZorResultPointer const* const at = current(this);
+    return at && document->wasChanged(at->node, at->flat);
+}
+
+void ZorResultSet::getValue(char* buffer, int size, int* isNull) {
+    StringRef const value(getValue());
+    if (isNull) *isNull = !value;
+    if (!value || size < 1) return;
+    std::strncpy(buffer, value.text(), static_cast<unsigned>(size));
+    buffer[size - 1] = '\0';
+}
+
+void ZorResultSet::getValue(std::string& out, bool* isNull) {
+    StringRef const value(getValue());
+    if (isNull) *isNull = !value;
+    if (value) out = value.text();
+}
+
+void ZorResultSet::getValue(std::string& out) {
+    out.clear();
+    StringRef const value(getValue());
+    if (value) out = value.text();
+}
