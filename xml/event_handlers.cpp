@@ -1,0 +1,81 @@
+// From expat's events to contexts and callbacks.
+//
+// While the last incident is an error, start tags open no context, and texts and end callbacks are
+// passed over. End tags still close contexts, and a later warning lets the work go on.
+
+#include "xml/event_handlers.h"
+
+#include <memory>
+
+#include "incident/raise.h"
+#include "xml/parse_context.h"
+#include "zor/xml.h"
+
+using zor_internal::disregard;
+using zor_internal::raise;
+using zor_internal::raiseTooLong;
+
+namespace {
+
+ZORParseContext*& slotAt(void* userData) { return *static_cast<ZORParseContext**>(userData); }
+
+bool hasFailed(ZORParseContext const* context) {
+    ZorIncidentContext const* const incidents = context->parser->incidentContext;
+    return incidents && incidents->getMaxIncidentSeverity() >= severityError;
+}
+
+// Makes the collected text what the end callback is promised.
+void finishText(ZORParseContext* context) {
+    if (!context->characterData) {
+        context->characterData = ZorString::create(nullptr, 0);
+    } else if (context->parseRules->characterData == trimmedCharacterData) {
+        context->characterData = context->characterData->trim();
+    }
+}
+
+} // namespace
+
+void zor_internal::onStartElement(void* userData, char const* name, char const** attributes) {
+    ZORParseContext*& current = slotAt(userData);
+    // Kept: the messages of the new context come before the test, so a warning among them lifts an
+    // earlier error.
+    auto opened = std::make_unique<ZORParseContext>(current, name, attributes);
+    if (hasFailed(opened.get())) return;
+    current = opened.release();
+    ZorElementParseRules const* const rules = current->parseRules;
+    if (rules && rules->startElement) rules->startElement(current);
+}
+
+void zor_internal::onCharacterData(void* userData, char const* text, int length) {
+    ZORParseContext* const current = slotAt(userData);
+    ZorElementParseRules const* const rules = current->parseRules;
+    if (hasFailed(current) || !rules || rules->characterData == ignoreCharacterData) return;
+    int const collected = current->characterData ? current->characterData->length : 0;
+    if (length > ZorString::maxLength - collected) {
+        raiseTooLong(current, rules->elementName->text);
+        disregard(current);
+        return;
+    }
+    current->characterData = current->characterData
+                                 ? current->characterData->append(1, text, length)
+                                 : ZorString::create(text, length);
+}
+
+void zor_internal::onEndElement(void* userData, char const* name) {
+    ZORParseContext*& current = slotAt(userData);
+    ZorElementParseRules const* const rules = current->parseRules;
+    if (!hasFailed(current) && rules) {
+        finishText(current);
+        if (rules->endElement) rules->endElement(current);
+    }
+    if (!current->outerContext) {
+        raise(current->parser->incidentContext, severityWarning, incidentXmlStructure,
+              "mainEndElementHandler name='", name,
+              "' outerContext is NULL meaning this is the top level ZorXmlParser owned context "
+              "which we should _not_ be deleting!");
+        return;
+    }
+    // Kept: also after an error, although no start tag opened a context then.
+    std::unique_ptr<ZORParseContext> const closed(current);
+    current = closed->outerContext;
+}

@@ -1,0 +1,152 @@
+// Parse contexts: one per open element.
+
+#include "xml/parse_context.h"
+
+#include <cstring>
+#include <string>
+
+#include "incident/raise.h"
+#include "zor/string.h"
+
+using zor_internal::disregard;
+using zor_internal::raise;
+using zor_internal::raiseError;
+using zor_internal::raiseTooLong;
+
+namespace {
+
+ZorElementParseRules* ruleAt(ZorListNode const* node) {
+    return static_cast<ZorElementParseRules*>(node->value);
+}
+
+int ruleIsNotNamed(void const* rule, void const* name) {
+    return std::strcmp(static_cast<ZorElementParseRules const*>(rule)->elementName->text,
+                       static_cast<char const*>(name));
+}
+
+int stringDiffers(void const* string, void const* text) {
+    return std::strcmp(static_cast<ZorString const*>(string)->text, static_cast<char const*>(text));
+}
+
+template <typename... Pieces> void warn(ZORParseContext const* context, Pieces... pieces) {
+    raise(context->parser->incidentContext, severityWarning, incidentXmlStructure, pieces...);
+}
+
+// Kept: two incidents, and a third where there is an outer rule to name.
+void warnNotRecognised(ZORParseContext const* context, char const* name) {
+    ZORParseContext const* const outer = context->outerContext;
+    warn(context, "element not recognised in this context <", name, ">");
+
+    std::string text = std::string("Element is '") + name + "'. Possible valid elements are ";
+    for (ZorListNode const* node = outer->parseRules->innerRules; node; node = node->next) {
+        text.append("'").append(ruleAt(node)->elementName->text).append("' ");
+    }
+    text.append(". outerContext->currentElement->elementName = '");
+    text.append(outer->parseRules->elementName->text).append("'");
+    warn(context, text.c_str());
+
+    ZORParseContext const* const outerOuter = outer->outerContext;
+    if (outerOuter && outerOuter->parseRules) {
+        warn(context, ". outerOuterContextElementName = '",
+             outerOuter->parseRules->elementName->text, "'");
+    }
+}
+
+// Stores the attributes that the rule accepts. Returns whether all of them fit into a string.
+bool storeAttributes(ZORParseContext* context, char const* elementName, char const** attributes) {
+    for (; *attributes; attributes += 2) {
+        char const* const name = attributes[0];
+        char const* const value = attributes[1];
+        ZorListNode const* const accepted =
+            zor_listFindNode(context->parseRules->attributes, name, stringDiffers);
+        if (!accepted) {
+            warn(context, "attribute not valid in this context (", name, ")");
+            continue;
+        }
+        if (strnlen(value, ZorString::maxLength + 1) > ZorString::maxLength) {
+            raiseTooLong(context, elementName);
+            return false;
+        }
+        if (!context->attributes) context->attributes = zor_mapMake();
+        zor_mapSet(context->attributes, accepted->value, ZorString::create(value, -1));
+    }
+    return true;
+}
+
+void releaseAttributes(ZORParseContext* context) {
+    if (!context->attributes) return;
+    ZorListNode* const values = zor_mapValues(context->attributes);
+    for (ZorListNode const* node = values; node; node = node->next) {
+        static_cast<ZorString*>(node->value)->removeRef();
+    }
+    zor_listDelete(values);
+    zor_mapDelete(context->attributes);
+    context->attributes = nullptr;
+}
+
+void releaseText(ZORParseContext* context) {
+    if (context->characterData) context->characterData->removeRef();
+    context->characterData = nullptr;
+}
+
+} // namespace
+
+void zor_internal::raiseTooLong(ZORParseContext const* context, char const* elementName) {
+    raiseError(context->parser->incidentContext, incidentInvalidXml,
+               "text is too long in element <", elementName, ">");
+}
+
+void zor_internal::disregard(ZORParseContext* context) {
+    releaseAttributes(context);
+    releaseText(context);
+    context->parseRules = nullptr;
+}
+
+ZORParseContext::ZORParseContext(ZorXmlParser* owner)
+    : outerContext(nullptr),
+      parseRules(new ZorElementParseRules("root-node", ignoreCharacterData, nullptr, nullptr)),
+      attributes(nullptr), characterData(nullptr), parser(owner), userData(nullptr) {
+    parseRules->refCount = 1;
+}
+
+ZORParseContext::ZORParseContext(ZORParseContext* outer, char const* name,
+                                 char const** elementAttributes)
+    : outerContext(outer), parseRules(nullptr), attributes(nullptr), characterData(nullptr),
+      parser(outer->parser), userData(nullptr) {
+    if (!outer->parseRules) return; // inside an element that is not looked at
+    ZorListNode const* const found =
+        zor_listFindNode(outer->parseRules->innerRules, name, ruleIsNotNamed);
+    if (!found) {
+        warnNotRecognised(this, name);
+        return;
+    }
+    parseRules = ruleAt(found);
+    if (!storeAttributes(this, name, elementAttributes)) disregard(this);
+}
+
+ZORParseContext::~ZORParseContext() {
+    releaseAttributes(this);
+    releaseText(this);
+    if (!outerContext) zor_XMLParseRulesRemoveRef(parseRules);
+}
+
+ZorString* zor_XMLContextGetAttribute(ZORParseContext const* context, void const* name) {
+    if (!context->attributes) return nullptr;
+    return static_cast<ZorString*>(zor_mapGet(context->attributes, name));
+}
+
+ZorString* zor_XMLContextGetCharacterData(ZORParseContext const* context) {
+    return context->characterData;
+}
+
+void zor_XMLContextSetUserData(ZORParseContext* context, void* data) { context->userData = data; }
+
+void* zor_XMLContextGetUserData(ZORParseContext const* context) { return context->userData; }
+
+ZorElementParseRules* zor_XMLContextGetParseRules(ZORParseContext const* context) {
+    return context->parseRules;
+}
+
+ZORParseContext* zor_XMLContextGetOuterContext(ZORParseContext const* context) {
+    return context->outerContext;
+}

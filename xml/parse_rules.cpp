@@ -1,0 +1,84 @@
+// Element rules: reference-counted, possibly shared, possibly cyclic.
+
+#include <set>
+#include <vector>
+
+#include "foundation/text_argument.h"
+#include "zor/xml.h"
+
+using zor_internal::stringOf;
+
+namespace {
+
+ZorElementParseRules* ruleAt(ZorListNode const* node) {
+    return static_cast<ZorElementParseRules*>(node->value);
+}
+
+void appendTo(ZorListNode** list, void* value) {
+    if (*list) zor_listAddNode(*list, value);
+    else *list = zor_listMake(value);
+}
+
+// Whether a walk down from `start` meets `wanted`. Every rule is entered once, so that cycles end.
+bool isReachable(ZorElementParseRules const* wanted, ZorElementParseRules const* start) {
+    if (start == wanted) return true;
+    if (!start->innerRules) return false;
+    std::set<ZorElementParseRules const*> met{start};
+    std::vector<ZorElementParseRules const*> open{start};
+    while (!open.empty()) {
+        ZorElementParseRules const* const rule = open.back();
+        open.pop_back();
+        for (ZorListNode const* node = rule->innerRules; node; node = node->next) {
+            ZorElementParseRules const* const inner = ruleAt(node);
+            if (inner == wanted) return true;
+            if (met.insert(inner).second) open.push_back(inner);
+        }
+    }
+    return false;
+}
+
+} // namespace
+
+ZorElementParseRules::ZorElementParseRules(void const* name, characterDataUsage usage,
+                                           ZorElementCallback start, ZorElementCallback end)
+    : elementName(stringOf(name)), innerRules(nullptr), attributes(nullptr), characterData(usage),
+      startElement(start), endElement(end), refCount(0), elementUserData(nullptr),
+      freeElementUserData(nullptr) {}
+
+ZorElementParseRules::~ZorElementParseRules() {
+    for (ZorListNode const* node = innerRules; node; node = node->next) {
+        // Kept: rules that were not counted because they close a cycle are released, too; their
+        // count goes below zero and stays there.
+        zor_XMLParseRulesRemoveRef(ruleAt(node));
+    }
+    zor_listDelete(innerRules);
+    elementName->removeRef();
+    for (ZorListNode const* node = attributes; node; node = node->next) {
+        static_cast<ZorString*>(node->value)->removeRef();
+    }
+    zor_listDelete(attributes);
+    if (freeElementUserData) freeElementUserData(elementUserData);
+}
+
+void zor_XMLParseRulesRemoveRef(ZorElementParseRules* rules) {
+    if (--rules->refCount == 0) delete rules;
+}
+
+void zor_XMLParseRulesAddAttribute(ZorElementParseRules* rules, void const* name) {
+    appendTo(&rules->attributes, stringOf(name));
+}
+
+void zor_XMLParseRulesAddInnerRules(ZorElementParseRules* outer, ZorElementParseRules* inner) {
+    appendTo(&outer->innerRules, inner);
+    if (!isReachable(outer, inner)) ++inner->refCount;
+}
+
+void zor_XMLParseRulesSetElementUserData(ZorElementParseRules* rules, void* data,
+                                         void (*freeData)(void*)) {
+    rules->elementUserData = data;
+    rules->freeElementUserData = freeData;
+}
+
+void* zor_XMLParseRulesGetElementUserData(ZorElementParseRules const* rules) {
+    return rules->elementUserData;
+}
