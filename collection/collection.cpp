@@ -1,0 +1,284 @@
+// Collections: making, finding and deleting what they hold.
+
+#include "zor/collection.h"
+
+#include <algorithm>
+
+#include "collection/limits.h"
+#include "foundation/list_ref.h"
+#include "foundation/map_entries.h"
+#include "foundation/string_ref.h"
+#include "foundation/text_argument.h"
+#include "incident/raise.h"
+#include "platform/lock_holder.h"
+
+using zor_internal::forEachEntry;
+using zor_internal::kMaxCells;
+using zor_internal::kMaxDocuments;
+using zor_internal::ListRef;
+using zor_internal::LockHolder;
+using zor_internal::raiseError;
+using zor_internal::removeEntriesIf;
+using zor_internal::StringRef;
+using zor_internal::stringOf;
+using zor_internal::textOf;
+
+namespace {
+
+constexpr char kDefaultSchemaName[] = "DefaultSchema";
+
+void countLiveCollections(int change) {
+    // Each collection counts under its own lock only, so the change itself must be atomic.
+    __atomic_fetch_add(&ZorCollection::refCount, change, __ATOMIC_RELAXED);
+}
+
+// The values of a map, without those that are null.
+template <typename T> std::vector<T*> valuesOf(ZorMapEntry** map) {
+    std::vector<T*> values;
+    forEachEntry(map, [&](ZorMapEntry const& entry) {
+        if (entry.value) values.push_back(static_cast<T*>(entry.value));
+    });
+    return values;
+}
+
+template <typename T> ZorListNode* listOf(std::vector<T*> const& values) {
+    ZorListNode* first = nullptr;
+    ZorListNode* last = nullptr;
+    for (T* const value : values) {
+        last = last ? zor_listAddNode(last, value) : zor_listMake(value);
+        if (!first) first = last;
+    }
+    return first;
+}
+
+// What the object calls itself, which need not be the key it is stored under.
+ZorString* ownName(ZorSchema const* schema) { return schema->rootNode->name; }
+ZorString* ownName(ZorDocument const* document) { return document->name; }
+ZorString* ownName(ZorCollection const* collection) { return collection->name; }
+
+// Takes all objects out of the map and returns each once.
+// Kept: an entry is removed by the object's own name. One that is stored under another key stays,
+// with a null value.
+template <typename T> std::vector<T*> takeAll(ZorMapEntry** map) {
+    std::vector<T*> objects = valuesOf<T>(map);
+    for (T const* const object : objects) zor_mapRemove(map, ownName(object));
+    forEachEntry(map, [](ZorMapEntry& entry) { entry.value = nullptr; });
+    std::sort(objects.begin(), objects.end());
+    objects.erase(std::unique(objects.begin(), objects.end()), objects.end());
+    return objects;
+}
+
+template <typename T> void deleteEach(std::vector<T*> const& objects) {
+    for (T* const object : objects) delete object;
+}
+
+// Removes and deletes the documents of a schema that is about to go.
+// REQUIRES: the caller holds the collection's lock.
+void deleteDocumentsOf(ZorCollection* collection, ZorSchema const* schema) {
+    removeEntriesIf(collection->documents, [schema](ZorMapEntry const& entry) {
+        auto const* const document = static_cast<ZorDocument const*>(entry.value);
+        if (!document || document->rootNode != schema->rootNode) return false;
+        delete document;
+        return true;
+    });
+}
+
+} // namespace
+
+int ZorCollection::refCount = 0;
+
+ZorCollection::ZorCollection(void const* collectionName) : ZorCollection(collectionName, nullptr) {}
+
+ZorCollection::ZorCollection(void const* collectionName, ZorDictionary* schemaDictionary)
+    : lock(1, 1, false), dictionary(schemaDictionary), defaultSchema(nullptr),
+      schemas(zor_mapMake()), documents(zor_mapMake()), collections(zor_mapMake()),
+      name(stringOf(collectionName)), parseDepth(0) {
+    defaultSchema = makeSchema(kDefaultSchemaName);
+    defaultSchema->makeDataNode(defaultSchema->rootNode, "itemValue", 1,
+                                defaultSchema->getDataType("string"), "");
+    LockHolder const holder(lock);
+    countLiveCollections(1);
+}
+
+ZorCollection::~ZorCollection() {
+    name->removeRef();
+    deleteAllDocuments(); // before the schemas that they were made from
+    deleteAllSchemas();
+    deleteAllCollections();
+    zor_mapDelete(documents);
+    zor_mapDelete(schemas);
+    zor_mapDelete(collections);
+    for (ZorXmlParser* const parser : parsers) {
+        delete parser->incidentContext;
+        delete parser;
+    }
+    LockHolder const holder(lock);
+    countLiveCollections(-1);
+}
+
+ZorSchema* ZorCollection::makeSchema(void const* schemaName) {
+    LockHolder const holder(lock);
+    if (zor_mapGet(schemas, schemaName)) {
+        raiseError(nullptr, incidentInvalidArgument, "ZorCollection::makeSchema{Schema (",
+                   textOf(schemaName), ") already exists}");
+        return nullptr;
+    }
+    auto* const schema = new ZorSchema(this, schemaName);
+    zor_mapSet(schemas, schemaName, schema);
+    return schema;
+}
+
+ZorDocument* ZorCollection::makeDocument(void const* schemaName, void const* documentName) {
+    auto const refuse = [](char const* kind, void const* refused, char const* reason) {
+        raiseError(nullptr, incidentInvalidArgument, "ZorCollection::makeDocument{", kind,
+                   textOf(refused), reason);
+        return nullptr;
+    };
+    ZorSchema* const schema = getSchema(schemaName);
+    if (!schema) return refuse("Schema (", schemaName, ") does not exist}");
+    if (getDocument(textOf(documentName))) {
+        return refuse("Document (", documentName, ") already exists}");
+    }
+
+    LockHolder const holder(lock);
+    if (schema->documentCount() >= kMaxDocuments) {
+        return refuse("Schema (", schemaName, ") has too many documents}");
+    }
+    if (schema->rootNode->countRequiredValueNodes() > kMaxCells) {
+        return refuse("Schema (", schemaName, ") has too many values}");
+    }
+    auto* const document = new ZorDocument(schema, documentName);
+    zor_mapSet(documents, documentName, document);
+    return document;
+}
+
+ZorCollection* ZorCollection::makeCollection(void const* collectionName) {
+    if (getCollection(textOf(collectionName))) {
+        raiseError(nullptr, incidentInvalidArgument, "ZorCollection::makeCollection{Collection (",
+                   textOf(collectionName), ") already exists}");
+        // Kept: unlike a schema or document, the new collection takes the place of the old one.
+    }
+    auto* const made = new ZorCollection(collectionName);
+    LockHolder const holder(lock);
+    zor_mapSet(collections, collectionName, made);
+    return made;
+}
+
+ZorSchema* ZorCollection::getSchema(void const* schemaName) {
+    LockHolder const holder(lock);
+    return static_cast<ZorSchema*>(zor_mapGet(schemas, schemaName));
+}
+
+ZorDocument* ZorCollection::getDocument(void const* documentName) {
+    if (!documentName) return nullptr;
+    LockHolder const holder(lock);
+    return static_cast<ZorDocument*>(zor_mapGet(documents, documentName));
+}
+
+ZorCollection* ZorCollection::getCollection(void const* collectionName) {
+    if (!collectionName) return nullptr;
+    LockHolder const holder(lock);
+    return static_cast<ZorCollection*>(zor_mapGet(collections, collectionName));
+}
+
+ZorListNode* ZorCollection::getSchemas() {
+    LockHolder const holder(lock);
+    return listOf(valuesOf<ZorSchema>(schemas));
+}
+
+ZorListNode* ZorCollection::getDocuments() {
+    LockHolder const holder(lock);
+    return listOf(valuesOf<ZorDocument>(documents));
+}
+
+ZorListNode* ZorCollection::getCollections() {
+    LockHolder const holder(lock);
+    return listOf(valuesOf<ZorCollection>(collections));
+}
+
+void ZorCollection::getSchemas(std::list<ZorSchema*>& out) {
+    ListRef const values(getSchemas());
+    for (ZorListNode const* node = values.first(); node; node = node->next) {
+        out.push_back(static_cast<ZorSchema*>(node->value));
+    }
+}
+
+void ZorCollection::getDocuments(std::list<ZorDocument*>& out) {
+    ListRef const values(getDocuments());
+    for (ZorListNode const* node = values.first(); node; node = node->next) {
+        out.push_back(static_cast<ZorDocument*>(node->value));
+    }
+}
+
+void ZorCollection::getCollections(std::list<ZorCollection*>& out) {
+    LockHolder const holder(lock);
+    for (ZorCollection* const value : valuesOf<ZorCollection>(collections)) out.push_back(value);
+}
+
+void ZorCollection::setSchema(ZorSchema* schema, void const* schemaName) {
+    LockHolder const holder(lock);
+    zor_mapSet(schemas, schemaName, schema);
+}
+
+void ZorCollection::setDocument(ZorDocument* document, void const* documentName) {
+    LockHolder const holder(lock);
+    zor_mapSet(documents, documentName, document);
+}
+
+void ZorCollection::deleteSchema(char const* schemaName) {
+    StringRef const key(ZorString::create(schemaName, -1));
+    LockHolder const holder(lock);
+    auto* const schema = static_cast<ZorSchema*>(zor_mapGet(schemas, key.get()));
+    zor_mapRemove(schemas, key.get());
+    if (!schema) return;
+    deleteDocumentsOf(this, schema);
+    delete schema;
+}
+
+void ZorCollection::deleteDocument(char const* documentName) {
+    StringRef const key(ZorString::create(documentName, -1));
+    LockHolder const holder(lock);
+    auto* const document = static_cast<ZorDocument*>(zor_mapGet(documents, key.get()));
+    zor_mapRemove(documents, key.get());
+    delete document;
+}
+
+void ZorCollection::deleteCollection(char const* collectionName) {
+    StringRef const key(ZorString::create(collectionName, -1));
+    ZorCollection* collection;
+    {
+        LockHolder const holder(lock);
+        collection = static_cast<ZorCollection*>(zor_mapGet(collections, key.get()));
+        if (collection) zor_mapRemove(collections, key.get());
+    }
+    delete collection; // takes its own lock, so not under this one
+}
+
+void ZorCollection::deleteAllSchemas() {
+    LockHolder const holder(lock);
+    std::vector<ZorSchema*> const objects = takeAll<ZorSchema>(schemas);
+    for (ZorSchema const* const schema : objects) deleteDocumentsOf(this, schema);
+    deleteEach(objects);
+}
+
+void ZorCollection::deleteAllDocuments() {
+    LockHolder const holder(lock);
+    deleteEach(takeAll<ZorDocument>(documents));
+}
+
+void ZorCollection::deleteAllCollections() {
+    std::vector<ZorCollection*> objects;
+    {
+        LockHolder const holder(lock);
+        objects = takeAll<ZorCollection>(collections);
+    }
+    deleteEach(objects); // each takes its own lock, so not under this one
+}
+
+void ZorCollection::setDictionary(ZorDictionary* schemaDictionary) {
+    dictionary = schemaDictionary;
+}
+
+ZorDictionary* ZorCollection::getDictionary() const { return dictionary; }
+
+char const* ZorCollection::getName() const { return name->text; }

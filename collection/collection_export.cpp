@@ -1,0 +1,138 @@
+// A collection as XML.
+
+#include <cstring>
+
+#include "foundation/list_ref.h"
+#include "foundation/string_ref.h"
+#include "incident/raise.h"
+#include "zor/collection.h"
+
+using zor_internal::ListRef;
+using zor_internal::raiseError;
+using zor_internal::StringRef;
+
+namespace {
+
+void write(ZorDataWriter* writer, char const* text) {
+    writer->writeData(text, static_cast<int>(std::strlen(text)));
+}
+
+bool isDefault(ZorSchemaNode const* rootNode) {
+    return std::strcmp(rootNode->getName(), "DefaultSchema") == 0;
+}
+
+// What `writeBody` writes, inside an element called like the collection.
+template <typename Body> std::string wrapped(ZorCollection const* collection, Body writeBody) {
+    ZorStringWriter writer;
+    write(&writer, "<");
+    write(&writer, collection->getName());
+    write(&writer, ">");
+    writeBody(&writer);
+    write(&writer, "</");
+    write(&writer, collection->getName());
+    write(&writer, ">");
+    return writer.getValue();
+}
+
+// The same for one object; empty when there is none.
+template <typename T> std::string wrappedObject(ZorCollection const* collection, T* object) {
+    if (!object) return std::string();
+    return wrapped(collection, [object](ZorDataWriter* writer) { object->exportXML(writer); });
+}
+
+// The schema of this collection that the document was made from, or null.
+ZorSchema* schemaOf(ZorCollection* collection, ZorDocument const* document) {
+    ListRef const schemas(collection->getSchemas());
+    for (ZorListNode const* node = schemas.first(); node; node = node->next) {
+        auto* const schema = static_cast<ZorSchema*>(node->value);
+        if (schema->rootNode == document->rootNode) return schema;
+    }
+    return nullptr;
+}
+
+void writeWithSchema(ZorCollection* collection, std::string const& name, ZorDataWriter* writer) {
+    StringRef const key(ZorString::create(name.c_str(), -1));
+    ZorDocument* const document = collection->getDocument(key.get());
+    if (!document) {
+        raiseError(nullptr, incidentNotFound, "ZorCollection::exportSubset{Document (",
+                   name.c_str(), ") does not exist}");
+        return;
+    }
+    document->exportXML(writer);
+    if (isDefault(document->rootNode)) return;
+    if (ZorSchema* const schema = schemaOf(collection, document)) schema->exportXML(writer);
+}
+
+} // namespace
+
+void ZorCollection::exportAllSchemas(ZorDataWriter* writer) {
+    ListRef const values(getSchemas());
+    for (ZorListNode const* node = values.first(); node; node = node->next) {
+        auto* const schema = static_cast<ZorSchema*>(node->value);
+        if (!isDefault(schema->rootNode)) schema->exportXML(writer);
+    }
+}
+
+void ZorCollection::exportAllDocuments(ZorDataWriter* writer) {
+    ListRef const values(getDocuments());
+    for (ZorListNode const* node = values.first(); node; node = node->next) {
+        static_cast<ZorDocument*>(node->value)->exportXML(writer);
+    }
+}
+
+void ZorCollection::exportAllCollections(ZorDataWriter* writer) {
+    ListRef const values(getCollections());
+    for (ZorListNode const* node = values.first(); node; node = node->next) {
+        static_cast<ZorCollection*>(node->value)->exportXML(writer);
+    }
+}
+
+void ZorCollection::exportAll(ZorDataWriter* writer) {
+    exportAllSchemas(writer);
+    exportAllDocuments(writer);
+    exportAllCollections(writer);
+}
+
+void ZorCollection::exportXML(ZorDataWriter* writer) {
+    write(writer, "<collection name=\"");
+    write(writer, getName());
+    write(writer, "\">");
+    exportAll(writer);
+    write(writer, "</collection>");
+}
+
+std::string ZorCollection::exportSchema(char const* schemaName) {
+    StringRef const key(ZorString::create(schemaName, -1));
+    return wrappedObject(this, getSchema(key.get()));
+}
+
+std::string ZorCollection::exportDocument(char const* documentName) {
+    StringRef const key(ZorString::create(documentName, -1));
+    return wrappedObject(this, getDocument(key.get()));
+}
+
+std::string ZorCollection::exportCollection(char const* collectionName) {
+    StringRef const key(ZorString::create(collectionName, -1));
+    return wrappedObject(this, getCollection(key.get()));
+}
+
+std::string ZorCollection::exportAllDocumentsAndSchemas() {
+    return wrapped(this, [this](ZorDataWriter* writer) {
+        exportAllSchemas(writer);
+        exportAllDocuments(writer);
+    });
+}
+
+std::string ZorCollection::exportAllDocuments() {
+    return wrapped(this, [this](ZorDataWriter* writer) { exportAllDocuments(writer); });
+}
+
+std::string ZorCollection::exportAll() {
+    return wrapped(this, [this](ZorDataWriter* writer) { exportAll(writer); });
+}
+
+std::string ZorCollection::exportSubset(std::vector<std::string> const& names) {
+    return wrapped(this, [this, &names](ZorDataWriter* writer) {
+        for (std::string const& documentName : names) writeWithSchema(this, documentName, writer);
+    });
+}

@@ -1,0 +1,108 @@
+// <document>: finds or makes the document and lends its rule the rules of the schema's nodes.
+
+#include <string>
+
+#include "collection/import_callbacks.h"
+#include "collection/import_rule_info.h"
+#include "foundation/string_ref.h"
+#include "zor/collection.h"
+
+using namespace zor_internal;
+
+namespace {
+
+ZorDocument* refuse(incidentType type, char const* reason) {
+    raiseError(nullptr, type, reason);
+    return nullptr;
+}
+
+ZorDocument* makeFrom(ZorCollection* collection, std::string const& schemaName, ZorString* name) {
+    StringRef const schema(ZorString::create(schemaName.c_str(), -1));
+    return collection->makeDocument(schema.get(), name);
+}
+
+ZorDocument* makeFromDefault(ZorCollection* collection, ZorString* name) {
+    // By name, because the schema that the collection was born with may be gone.
+    return collection->makeDocument("DefaultSchema", name);
+}
+
+// The existing document, unless the schema asked for is another than its own.
+ZorDocument* reuse(ZorDocument* document, ZorString const* name, ZorString const* schemaName) {
+    if (!schemaName || zor_stringCompare(schemaName, document->rootNode->name) == 0) {
+        return document;
+    }
+    raiseError(nullptr, incidentInvalidArgument, "Existing Document ", name->text,
+               " incompatible with schema ", schemaName->text);
+    return nullptr;
+}
+
+ZorDocument* makeWithSchema(ZorCollection* collection, ZorString* name, ZorString* schemaName) {
+    if (!collection->getSchema(schemaName)) {
+        ZorDictionary* const dictionary = collection->getDictionary();
+        std::string const definition =
+            dictionary ? dictionary->getSchemaDefinition(schemaName->text) : std::string();
+        if (definition.empty()) return refuse(incidentInvalidXml, "unknown schema name");
+        collection->importXML(definition.c_str());
+    }
+    return collection->makeDocument(schemaName, name);
+}
+
+ZorDocument* makeByName(ZorCollection* collection, ZorString* name) {
+    ZorDictionary* const dictionary = collection->getDictionary();
+    if (!dictionary) return makeFromDefault(collection, name);
+    std::string const schemaName = dictionary->getSchemaName(name->text);
+    if (schemaName.empty()) return makeFromDefault(collection, name);
+    // Kept: the definition is imported without asking whether it is there, empty, or needed.
+    collection->importXML(dictionary->getSchemaDefinition(schemaName).c_str());
+    return makeFrom(collection, schemaName, name);
+}
+
+// The document to fill; null after reporting why there is none.
+ZorDocument* resolve(ZORParseContext const* context, ZorCollection* collection) {
+    ZorString* const name = zor_XMLContextGetAttribute(context, "name");
+    if (!name) return refuse(incidentInvalidXml, "missing \"name\" attribute");
+    ZorString* const schemaName = zor_XMLContextGetAttribute(context, "schema");
+    if (ZorDocument* const existing = collection->getDocument(name)) {
+        return reuse(existing, name, schemaName);
+    }
+    return schemaName ? makeWithSchema(collection, name, schemaName) : makeByName(collection, name);
+}
+
+void removeNodeRules(ZorElementParseRules* documentRule) {
+    ZorListNode* const inner = documentRule->innerRules;
+    documentRule->innerRules = nullptr;
+    for (ZorListNode const* node = inner; node; node = node->next) {
+        zor_XMLParseRulesRemoveRef(static_cast<ZorElementParseRules*>(node->value));
+    }
+    zor_listDelete(inner);
+}
+
+void documentStart(ZORParseContext* context) {
+    ZorElementParseRules* const rule = zor_XMLContextGetParseRules(context);
+    // An import that ended inside a document leaves its rules, and their schema may be gone.
+    removeNodeRules(rule);
+    auto* const collection = enclosing<ZorCollection>(context);
+    if (!collection) return;
+    ZorDocument* const document = resolve(context, collection);
+    if (!document) {
+        raiseDefinitionError(context, "problem resolving document and schema name");
+        return;
+    }
+    addNodeRules(rule, document->rootNode);
+    zor_XMLContextSetUserData(context, document);
+}
+
+void documentEnd(ZORParseContext* context) {
+    removeNodeRules(zor_XMLContextGetParseRules(context));
+}
+
+} // namespace
+
+ZorElementParseRules* zor_getDocumentParseRules() {
+    auto* const rule =
+        new ZorElementParseRules("document", ignoreCharacterData, documentStart, documentEnd);
+    zor_XMLParseRulesAddAttribute(rule, "name");
+    zor_XMLParseRulesAddAttribute(rule, "schema");
+    zor_XMLParseRulesSetElementUserData(rule, new ImportRuleInfo(nullptr), deleteImportRuleInfo);
+    return rule;
+}

@@ -1,0 +1,61 @@
+// What the callbacks of the import rules share.
+
+#pragma once
+
+#include "incident/raise.h"
+#include "zor/xml.h"
+
+namespace zor_internal {
+
+// Raises an error of a definition or document on the parser's incident context.
+template <typename... Pieces>
+void raiseImportError(ZORParseContext const* context, incidentType type, Pieces... pieces) {
+    raiseError(context->parser->incidentContext, type, pieces...);
+}
+
+template <typename... Pieces>
+void raiseDefinitionError(ZORParseContext const* context, Pieces... pieces) {
+    raiseImportError(context, incidentInvalidArgument, pieces...);
+}
+
+// The object that the element itself published, or null.
+template <typename T> T* published(ZORParseContext const* context) {
+    return static_cast<T*>(zor_XMLContextGetUserData(context));
+}
+
+// The object that the enclosing element published; null when that was rejected.
+template <typename T> T* enclosing(ZORParseContext const* context) {
+    return published<T>(zor_XMLContextGetOuterContext(context));
+}
+
+// The attribute; null after reporting `missing` or `blank` when it is absent or empty.
+inline ZorString* requiredAttribute(ZORParseContext const* context, char const* name,
+                                    char const* missing, char const* blank) {
+    ZorString* const value = zor_XMLContextGetAttribute(context, name);
+    if (!value) {
+        raiseDefinitionError(context, missing);
+        return nullptr;
+    }
+    if (value->length == 0) {
+        raiseDefinitionError(context, blank);
+        return nullptr;
+    }
+    return value;
+}
+
+inline ZorString* requiredName(ZORParseContext const* context) {
+    return requiredAttribute(context, "name", "missing name attribute", "name must not be blank");
+}
+
+// Publishes the half-built object of an element. Its rule owns it until the element ends, so that
+// nothing is left behind by an input that ends inside the element or an error that keeps the end
+// callback from running. Null releases it.
+template <typename T> void publishPending(ZORParseContext* context, T* pending) {
+    ZorElementParseRules* const rules = zor_XMLContextGetParseRules(context);
+    delete static_cast<T*>(zor_XMLParseRulesGetElementUserData(rules));
+    zor_XMLParseRulesSetElementUserData(rules, pending,
+                                        [](void* data) { delete static_cast<T*>(data); });
+    zor_XMLContextSetUserData(context, pending);
+}
+
+} // namespace zor_internal

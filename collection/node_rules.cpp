@@ -1,0 +1,113 @@
+// The elements inside a document: one rule per schema node, which counts its occurrences.
+
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "collection/import_callbacks.h"
+#include "collection/import_rule_info.h"
+#include "foundation/string_ref.h"
+#include "types/number_text.h"
+#include "zor/collection.h"
+
+using namespace zor_internal;
+
+ImportRuleInfo::ImportRuleInfo(ZorSchemaNode* node)
+    : definitionNode(node), currentParentIndex(0), occurrenceInParent(0), valueIndex(0) {}
+
+ImportRuleInfo::~ImportRuleInfo() = default;
+
+void deleteImportRuleInfo(void* info) { delete static_cast<ImportRuleInfo*>(info); }
+
+namespace {
+
+ImportRuleInfo* infoOf(ZORParseContext const* context) {
+    return static_cast<ImportRuleInfo*>(
+        zor_XMLParseRulesGetElementUserData(zor_XMLContextGetParseRules(context)));
+}
+
+// Starts counting anew when the enclosing element is another occurrence than last time.
+void enterParent(ImportRuleInfo* info, std::uint32_t parentIndex) {
+    if (parentIndex == info->currentParentIndex) return;
+    info->currentParentIndex = parentIndex;
+    info->occurrenceInParent = 0;
+    info->valueIndex =
+        parentIndex * static_cast<std::uint32_t>(info->definitionNode->getOccurrences());
+}
+
+// Goes to the occurrence that the attribute asks for, if there is one. False after reporting that
+// it is not a number above 0.
+bool moveToAsked(ZORParseContext const* context, ImportRuleInfo* info) {
+    ZorString const* const text = zor_XMLContextGetAttribute(context, "occurrence");
+    if (!text) return true;
+    // Kept: negative numbers are not refused; the document refuses the value.
+    auto const number = static_cast<std::uint32_t>(intFromText(text->text));
+    if (number == 0) {
+        raiseImportError(context, incidentInvalidXml,
+                         "\"occurrence\" attribute must be a positive integer");
+        return false;
+    }
+    info->valueIndex += number - 1 - info->occurrenceInParent;
+    info->occurrenceInParent = number - 1;
+    return true;
+}
+
+void advance(ImportRuleInfo* info) {
+    ++info->occurrenceInParent;
+    ++info->valueIndex;
+}
+
+void nodeStart(ZORParseContext* context) {
+    auto* const document = enclosing<ZorDocument>(context);
+    if (!document) return;
+    ImportRuleInfo* const info = infoOf(context);
+    ZorSchemaNode const* const node = info->definitionNode;
+    if (!node) {
+        std::printf("ZorDocument %s elementInfo->definitionNode is null pid = %d\n",
+                    document->getName(), static_cast<int>(getpid()));
+        return;
+    }
+    enterParent(info, infoOf(zor_XMLContextGetOuterContext(context))->valueIndex);
+    if (!moveToAsked(context, info)) return;
+    // Kept: equality only. An occurrence beyond the count is refused when its value is stored.
+    if (info->occurrenceInParent == static_cast<std::uint32_t>(node->getOccurrences())) {
+        raiseImportError(context, incidentInvalidArgument, "Too many occurrences of element <",
+                         node->getName(), ">");
+        return;
+    }
+    zor_XMLContextSetUserData(context, document);
+}
+
+void dataEnd(ZORParseContext* context) {
+    auto* const document = published<ZorDocument>(context);
+    if (!document) return;
+    ImportRuleInfo* const info = infoOf(context);
+    StringRef const text(unescapeCData(zor_XMLContextGetCharacterData(context)));
+    // An index beyond 31 bits is none of a cell, and stays so as a negative one.
+    document->setStringNodeValue(info->definitionNode, static_cast<std::int32_t>(info->valueIndex),
+                                 text.get());
+    advance(info);
+}
+
+void branchEnd(ZORParseContext* context) {
+    if (published<ZorDocument>(context)) advance(infoOf(context));
+}
+
+ZorElementParseRules* makeNodeRule(ZorSchemaNode* node) {
+    bool const isData = node->isDataNode();
+    auto* const rule = new ZorElementParseRules(
+        node->name, isData ? rawCharacterData : ignoreCharacterData, nodeStart,
+        isData ? dataEnd : branchEnd);
+    zor_XMLParseRulesSetElementUserData(rule, new ImportRuleInfo(node), deleteImportRuleInfo);
+    zor_XMLParseRulesAddAttribute(rule, "occurrence");
+    if (!isData) addNodeRules(rule, node);
+    return rule;
+}
+
+} // namespace
+
+void zor_internal::addNodeRules(ZorElementParseRules* rules, ZorSchemaNode const* node) {
+    for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
+        zor_XMLParseRulesAddInnerRules(rules, makeNodeRule(child));
+    }
+}
