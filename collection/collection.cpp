@@ -19,8 +19,8 @@ using zor_internal::ListRef;
 using zor_internal::LockHolder;
 using zor_internal::raiseError;
 using zor_internal::removeEntriesIf;
-using zor_internal::StringRef;
 using zor_internal::stringOf;
+using zor_internal::StringRef;
 using zor_internal::textOf;
 
 namespace {
@@ -33,7 +33,8 @@ void countLiveCollections(int change) {
 }
 
 // The values of a map, without those that are null.
-template <typename T> std::vector<T*> valuesOf(ZorMapEntry** map) {
+template <typename T>
+std::vector<T*> valuesOf(ZorMapEntry** map) {
     std::vector<T*> values;
     forEachEntry(map, [&](ZorMapEntry const& entry) {
         if (entry.value) values.push_back(static_cast<T*>(entry.value));
@@ -41,7 +42,8 @@ template <typename T> std::vector<T*> valuesOf(ZorMapEntry** map) {
     return values;
 }
 
-template <typename T> ZorListNode* listOf(std::vector<T*> const& values) {
+template <typename T>
+ZorListNode* listOf(std::vector<T*> const& values) {
     ZorListNode* first = nullptr;
     ZorListNode* last = nullptr;
     for (T* const value : values) {
@@ -59,7 +61,8 @@ ZorString* ownName(ZorCollection const* collection) { return collection->name; }
 // Takes all objects out of the map and returns each once.
 // Kept: an entry is removed by the object's own name. One that is stored under another key stays,
 // with a null value.
-template <typename T> std::vector<T*> takeAll(ZorMapEntry** map) {
+template <typename T>
+std::vector<T*> takeAll(ZorMapEntry** map) {
     std::vector<T*> objects = valuesOf<T>(map);
     for (T const* const object : objects) zor_mapRemove(map, ownName(object));
     forEachEntry(map, [](ZorMapEntry& entry) { entry.value = nullptr; });
@@ -68,7 +71,8 @@ template <typename T> std::vector<T*> takeAll(ZorMapEntry** map) {
     return objects;
 }
 
-template <typename T> void deleteEach(std::vector<T*> const& objects) {
+template <typename T>
+void deleteEach(std::vector<T*> const& objects) {
     for (T* const object : objects) delete object;
 }
 

@@ -22,7 +22,8 @@ bool isDefault(ZorSchemaNode const* rootNode) {
 }
 
 // What `writeBody` writes, inside an element called like the collection.
-template <typename Body> std::string wrapped(ZorCollection const* collection, Body writeBody) {
+template <typename Body>
+std::string wrapped(ZorCollection const* collection, Body writeBody) {
     ZorStringWriter writer;
     write(&writer, "<");
     write(&writer, collection->getName());
@@ -35,7 +36,8 @@ template <typename Body> std::string wrapped(ZorCollection const* collection, Bo
 }
 
 // The same for one object; empty when there is none.
-template <typename T> std::string wrappedObject(ZorCollection const* collection, T* object) {
+template <typename T>
+std::string wrappedObject(ZorCollection const* collection, T* object) {
     if (!object) return std::string();
     return wrapped(collection, [object](ZorDataWriter* writer) { object->exportXML(writer); });
 }

@@ -45,18 +45,20 @@ ZorElementParseRules* makeRule(void const* name, ZorElementCallback start, ZorEl
     return rule;
 }
 
-template <typename... Rules> void allowInside(ZorElementParseRules* outer, Rules*... inner) {
+template <typename... Rules>
+void allowInside(ZorElementParseRules* outer, Rules*... inner) {
     (zor_XMLParseRulesAddInnerRules(outer, inner), ...);
 }
 
 } // namespace
 
 ZorElementParseRules* zor_getZORParseRules(ZorCollection* collection) {
-    auto* const branch = makeRule("branch", branchStart, branchEnd, "name", "occurrences", "parent");
-    auto* const item = makeRule("item", itemStart, itemEnd, "name", "occurrences", "type",
-                                "default", "parent");
-    auto* const range = makeRule("range", rangeStart, rangeEnd, "name", "baseType", "minValue",
-                                 "maxValue");
+    auto* const branch =
+        makeRule("branch", branchStart, branchEnd, "name", "occurrences", "parent");
+    auto* const item =
+        makeRule("item", itemStart, itemEnd, "name", "occurrences", "type", "default", "parent");
+    auto* const range =
+        makeRule("range", rangeStart, rangeEnd, "name", "baseType", "minValue", "maxValue");
     auto* const option =
         new ZorElementParseRules("option", trimmedCharacterData, nullptr, optionEnd);
     auto* const choice = makeRule("choice", choiceStart, nullptr, "name");

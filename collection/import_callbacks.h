@@ -19,12 +19,14 @@ void raiseDefinitionError(ZORParseContext const* context, Pieces... pieces) {
 }
 
 // The object that the element itself published, or null.
-template <typename T> T* published(ZORParseContext const* context) {
+template <typename T>
+T* published(ZORParseContext const* context) {
     return static_cast<T*>(zor_XMLContextGetUserData(context));
 }
 
 // The object that the enclosing element published; null when that was rejected.
-template <typename T> T* enclosing(ZORParseContext const* context) {
+template <typename T>
+T* enclosing(ZORParseContext const* context) {
     return published<T>(zor_XMLContextGetOuterContext(context));
 }
 
@@ -50,7 +52,8 @@ inline ZorString* requiredName(ZORParseContext const* context) {
 // Publishes the half-built object of an element. Its rule owns it until the element ends, so that
 // nothing is left behind by an input that ends inside the element or an error that keeps the end
 // callback from running. Null releases it.
-template <typename T> void publishPending(ZORParseContext* context, T* pending) {
+template <typename T>
+void publishPending(ZORParseContext* context, T* pending) {
     ZorElementParseRules* const rules = zor_XMLContextGetParseRules(context);
     delete static_cast<T*>(zor_XMLParseRulesGetElementUserData(rules));
     zor_XMLParseRulesSetElementUserData(rules, pending,

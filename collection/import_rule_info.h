@@ -13,10 +13,10 @@ public:
     explicit ImportRuleInfo(ZorSchemaNode* node);
     virtual ~ImportRuleInfo();
 
-    ZorSchemaNode* definitionNode;        // null in the record of the <document> rule
-    std::uint32_t currentParentIndex;     // the parent occurrence that the counts belong to
-    std::uint32_t occurrenceInParent;     // of the next element, from 0
-    std::uint32_t valueIndex;             // its flat occurrence
+    ZorSchemaNode* definitionNode;    // null in the record of the <document> rule
+    std::uint32_t currentParentIndex; // the parent occurrence that the counts belong to
+    std::uint32_t occurrenceInParent; // of the next element, from 0
+    std::uint32_t valueIndex;         // its flat occurrence
 };
 
 namespace zor_internal {

@@ -12,8 +12,8 @@ public:
     NodeInfo& operator=(NodeInfo const&) = delete;
     virtual ~NodeInfo();
 
-    ZorSchemaNode* parent;   // not owned
-    ZorString* name;         // one reference
+    ZorSchemaNode* parent; // not owned
+    ZorString* name;       // one reference
     short occurrences;
     ZorDataType* type;       // items only; not owned
     ZorString* defaultValue; // items only; one reference, or null

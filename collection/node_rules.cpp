@@ -95,9 +95,9 @@ void branchEnd(ZORParseContext* context) {
 
 ZorElementParseRules* makeNodeRule(ZorSchemaNode* node) {
     bool const isData = node->isDataNode();
-    auto* const rule = new ZorElementParseRules(
-        node->name, isData ? rawCharacterData : ignoreCharacterData, nodeStart,
-        isData ? dataEnd : branchEnd);
+    auto* const rule =
+        new ZorElementParseRules(node->name, isData ? rawCharacterData : ignoreCharacterData,
+                                 nodeStart, isData ? dataEnd : branchEnd);
     zor_XMLParseRulesSetElementUserData(rule, new ImportRuleInfo(node), deleteImportRuleInfo);
     zor_XMLParseRulesAddAttribute(rule, "occurrence");
     if (!isData) addNodeRules(rule, node);

@@ -8,8 +8,8 @@
 #include "zor/document.h"
 
 using zor_internal::LockHolder;
-using zor_internal::StringRef;
 using zor_internal::stringOf;
+using zor_internal::StringRef;
 
 namespace {
 
@@ -24,8 +24,8 @@ ZorValueNode* makeCells(ZorSchemaNode* rootNode) {
 } // namespace
 
 ZorDocument::ZorDocument(ZorSchema* schema, void const* documentName)
-    : values(makeCells(schema->rootNode)), name(stringOf(documentName)),
-      rootNode(schema->rootNode), lock(1, 1, false) {
+    : values(makeCells(schema->rootNode)), name(stringOf(documentName)), rootNode(schema->rootNode),
+      lock(1, 1, false) {
     rootNode->makeValueNodes(values, 0, 1);
     ++rootNode->documentCount;
 }
@@ -69,8 +69,10 @@ void ZorDocument::restoreDefault(ZorSchemaNode* node, long occurrence) {
         if (!empty) node->dataType->freeValueFn(cell->value);
         cell->flags |= ZorValueNode::noValue;
     } else {
-        if (empty) cell->value = node->dataType->fromStringFn(defaultText.text());
-        else node->dataType->setFromStringFn(&cell->value, defaultText.text());
+        if (empty)
+            cell->value = node->dataType->fromStringFn(defaultText.text());
+        else
+            node->dataType->setFromStringFn(&cell->value, defaultText.text());
         cell->flags = static_cast<unsigned char>(cell->flags & ~ZorValueNode::noValue);
     }
     cell->flags = static_cast<unsigned char>(cell->flags & ~ZorValueNode::changed);

@@ -10,9 +10,7 @@ using zor_internal::raiseError;
 
 namespace {
 
-void raiseUnsupported() {
-    raiseError(nullptr, incidentNotFound, "Unsupported Type Conversion");
-}
+void raiseUnsupported() { raiseError(nullptr, incidentNotFound, "Unsupported Type Conversion"); }
 
 // Whether there was a value, which is then in *external.
 bool readNumber(ZorDocument* document, ZorSchemaNode* node, long occurrence,
@@ -54,8 +52,10 @@ int writeNumber(ZorDocument* document, ZorSchemaNode* node, long occurrence,
         raiseError(nullptr, incidentInvalidArgument, operation, ": occurrence is out of range");
         return 0;
     }
-    if (cell->flags & ZorValueNode::noValue) cell->value = functions.toInternal(external);
-    else functions.setInternal(&cell->value, external);
+    if (cell->flags & ZorValueNode::noValue)
+        cell->value = functions.toInternal(external);
+    else
+        functions.setInternal(&cell->value, external);
     cell->flags = ZorValueNode::changed;
     return 1;
 }

@@ -68,8 +68,8 @@ ZorResultPointer::ZorResultPointer(ZorSchemaNode* resultNode, int ownOccurrence,
 ZorResultPointer::~ZorResultPointer() = default;
 
 ZorResultSet::ZorResultSet(ZorDocument* resultDocument)
-    : document(resultDocument), head(nullptr), tail(nullptr), results(nullptr), count(0),
-      cursor(0), single(nullptr) {}
+    : document(resultDocument), head(nullptr), tail(nullptr), results(nullptr), count(0), cursor(0),
+      single(nullptr) {}
 
 ZorResultSet::~ZorResultSet() {
     unsigned int const inArray = finalizedCount(this);
@@ -83,15 +83,18 @@ void ZorResultSet::addResult(long parentFlat, ZorSchemaNode* node, long occurren
     std::int64_t const flat = std::int64_t(node->getOccurrences()) * parentFlat + occurrence;
     // Beyond 32 bits there are no cells: the flat occurrence stays out of range.
     int const bounded = flat > INT_MAX ? INT_MAX : static_cast<int>(flat);
-    appendRecord(this, std::make_unique<ZorResultPointer>(node, static_cast<int>(occurrence), bounded));
+    appendRecord(this,
+                 std::make_unique<ZorResultPointer>(node, static_cast<int>(occurrence), bounded));
 }
 
 void ZorResultSet::combine(ZorResultSet* other) {
     std::unique_ptr<ZorResultSet> const source(other);
     reopen(other);
     if (!other->head) return;
-    if (head) zor_listJoin(tail, other->head);
-    else head = other->head;
+    if (head)
+        zor_listJoin(tail, other->head);
+    else
+        head = other->head;
     tail = other->tail;
     count += other->count;
     other->head = nullptr;

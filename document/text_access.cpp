@@ -28,8 +28,10 @@ bool isTooLong(char const* text) {
 void storeText(ZorDataType const* type, ZorValueNode* cell, char const* text) {
     bool const empty = cell->flags & ZorValueNode::noValue;
     if (text) {
-        if (empty) cell->value = type->fromStringFn(text);
-        else type->setFromStringFn(&cell->value, text);
+        if (empty)
+            cell->value = type->fromStringFn(text);
+        else
+            type->setFromStringFn(&cell->value, text);
         cell->flags = static_cast<unsigned char>(cell->flags & ~ZorValueNode::noValue);
     } else if (!empty) {
         cell->flags |= ZorValueNode::noValue;

@@ -17,11 +17,16 @@ constexpr char kEmptyValue[] = "\"\"";
 
 char const* entityFor(char special) {
     switch (special) {
-    case '<': return "&lt;";
-    case '>': return "&gt;";
-    case '&': return "&amp;";
-    case '\'': return "&apos;";
-    default: return "&quot;";
+    case '<':
+        return "&lt;";
+    case '>':
+        return "&gt;";
+    case '&':
+        return "&amp;";
+    case '\'':
+        return "&apos;";
+    default:
+        return "&quot;";
     }
 }
 

@@ -9,7 +9,8 @@
 
 namespace zor_internal {
 
-template <typename T> union Immortal {
+template <typename T>
+union Immortal {
     constexpr Immortal() : unused(0) {}
     ~Immortal() {} // the object inside is left alone on purpose
     char unused;

@@ -13,8 +13,8 @@
 #include "zor/string.h"
 
 using zor_internal::kBucketCount;
-using zor_internal::StringRef;
 using zor_internal::stringOf;
+using zor_internal::StringRef;
 using zor_internal::textOf;
 
 namespace {

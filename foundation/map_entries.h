@@ -9,14 +9,16 @@ namespace zor_internal {
 
 constexpr unsigned kBucketCount = 256;
 
-template <typename Visit> void forEachEntry(ZorMapEntry** map, Visit visit) {
+template <typename Visit>
+void forEachEntry(ZorMapEntry** map, Visit visit) {
     for (unsigned i = 0; i < kBucketCount; ++i) {
         for (ZorMapEntry* entry = map[i]; entry; entry = entry->next) visit(*entry);
     }
 }
 
 // Removes the entries for which `isUnwanted` is true. The values are not freed.
-template <typename Predicate> void removeEntriesIf(ZorMapEntry** map, Predicate isUnwanted) {
+template <typename Predicate>
+void removeEntriesIf(ZorMapEntry** map, Predicate isUnwanted) {
     for (unsigned i = 0; i < kBucketCount; ++i) {
         for (ZorMapEntry** link = &map[i]; *link;) {
             ZorMapEntry* const entry = *link;

@@ -86,8 +86,10 @@ ZorString* zor_internal::findPermanent(char const* chars, int length) {
             order = std::memcmp(chars, candidate->text, static_cast<unsigned>(length));
         }
         if (order == 0) return candidate;
-        if (order < 0) high = middle;
-        else low = middle + 1;
+        if (order < 0)
+            high = middle;
+        else
+            low = middle + 1;
     }
     return nullptr;
 }

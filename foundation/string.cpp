@@ -121,7 +121,8 @@ private:
 // holders, else `s` itself.
 class PrivateString {
 public:
-    template <typename Make> PrivateString(ZorString* string, Make makePrivate) : shared(string) {
+    template <typename Make>
+    PrivateString(ZorString* string, Make makePrivate) : shared(string) {
         if (string->refCount >= 2) own.reset(makePrivate());
     }
 

@@ -78,11 +78,13 @@ NodeList findNodes(ZorSchemaNode* start, char const* path, char const* end) {
 } // namespace
 
 void ZorSchemaNode::findSubNodes(ZorListNode** result, char const* path, int length) {
-    char const* const end = path + (length == -1 ? std::strlen(path)
-                                                 : static_cast<std::size_t>(length));
+    char const* const end =
+        path + (length == -1 ? std::strlen(path) : static_cast<std::size_t>(length));
     NodeList const found = findNodes(this, path, end);
-    if (*result) zor_listJoin(*result, found.first);
-    else *result = found.first;
+    if (*result)
+        zor_listJoin(*result, found.first);
+    else
+        *result = found.first;
 }
 
 ZorSchemaNode* ZorSchemaNode::findSubNode(ZorString* path) {

@@ -31,8 +31,7 @@ struct Refusal {
 constexpr Refusal kNoParent = {incidentNotFound, "): parent node is NULL"};
 constexpr Refusal kParentIsData = {incidentNotFound,
                                    "): parent node is not a branch or schema node"};
-constexpr Refusal kFrozen = {incidentInvalidState,
-                             "): Cannot modify schema while documents exist"};
+constexpr Refusal kFrozen = {incidentInvalidState, "): Cannot modify schema while documents exist"};
 constexpr Refusal kNameTaken = {incidentInvalidArgument,
                                 "): node name already exists for given parent"};
 constexpr Refusal kNoType = {incidentNotFound, "): data type is NULL"};
@@ -70,8 +69,10 @@ ZorSchemaNode* attach(std::unique_ptr<ZorSchemaNode> made, ZorSchemaNode* parent
     node->totalOccurrences = totalOf(occurrences, parent->getTotalOccurrences());
     node->parent = parent;
     node->previous = parent->lastChild;
-    if (parent->lastChild) parent->lastChild->next = node;
-    else parent->firstChild = node;
+    if (parent->lastChild)
+        parent->lastChild->next = node;
+    else
+        parent->firstChild = node;
     parent->lastChild = node;
     return node;
 }

@@ -14,8 +14,8 @@ ZorSchemaNode::ZorSchemaNode(e_nodeType nodeType, void const* nodeName)
 ZorSchemaNode::ZorSchemaNode(ZorSchemaNode const& other)
     : type(other.type), name(zor_stringCopy(other.name)), next(nullptr), previous(nullptr),
       sortedChildren(nullptr), documentCount(0), firstChild(nullptr), lastChild(nullptr),
-      childCount(0), parent(nullptr), occurrences(0), totalOccurrences(0),
-      dataType(other.dataType), defaultValue(other.defaultValue), valueIndex(0),
+      childCount(0), parent(nullptr), occurrences(0), totalOccurrences(0), dataType(other.dataType),
+      defaultValue(other.defaultValue), valueIndex(0),
       flags(static_cast<unsigned char>(other.flags | sharedDefault)) {}
 
 ZorSchemaNode::~ZorSchemaNode() {
@@ -56,7 +56,9 @@ ZorSchemaNode* ZorSchemaNode::getFirstChildNode() const {
     return isDataNode() ? nullptr : firstChild;
 }
 
-ZorSchemaNode* ZorSchemaNode::getLastChildNode() const { return isDataNode() ? nullptr : lastChild; }
+ZorSchemaNode* ZorSchemaNode::getLastChildNode() const {
+    return isDataNode() ? nullptr : lastChild;
+}
 
 ZorDataType* ZorSchemaNode::getDataType() const { return isDataNode() ? dataType : nullptr; }
 

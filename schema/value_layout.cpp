@@ -78,8 +78,10 @@ long ZorSchemaNode::makeValueNodes(ZorValueNode* cells, long startIndex, long mu
     return visitBlocks(this, 0, multiplier, [=](ZorSchemaNode* node, long first, long count) {
         if (open) node->valueIndex = static_cast<int>(startIndex + first);
         for (long i = first; i < first + count; ++i) {
-            if (hasDefault(node)) setValue(cells[i], node->dataType->copyValueFn(node->defaultValue));
-            else cells[i].flags |= ZorValueNode::noValue;
+            if (hasDefault(node))
+                setValue(cells[i], node->dataType->copyValueFn(node->defaultValue));
+            else
+                cells[i].flags |= ZorValueNode::noValue;
         }
     });
 }

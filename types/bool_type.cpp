@@ -11,9 +11,7 @@ namespace {
 
 bool isTrue(char const* text) { return std::strcmp(text, "true") == 0; }
 
-int boolIsValid(void*, char const* text) {
-    return isTrue(text) || std::strcmp(text, "false") == 0;
-}
+int boolIsValid(void*, char const* text) { return isTrue(text) || std::strcmp(text, "false") == 0; }
 
 int boolCompare(void*, char const* a, char const* b) {
     return compareNumbers(int(isTrue(a)), int(isTrue(b)));
@@ -38,9 +36,9 @@ int boolCompareUInt(void*, u_zorItemValue a, u_zorItemValue b) {
 } // namespace
 
 ZorDataType* makeBoolType() {
-    auto* const type = new ZorDataType("bool", "false", nullptr, boolIsValid, boolCompare, nullptr,
-                                       boolFromString, numberCopy, numberFree, boolSetFromString,
-                                       boolToString, nullptr);
+    auto* const type =
+        new ZorDataType("bool", "false", nullptr, boolIsValid, boolCompare, nullptr, boolFromString,
+                        numberCopy, numberFree, boolSetFromString, boolToString, nullptr);
     zor_dataTypeSetConversionFuncs(type, zorExtLong, numberToInternal, numberSetInternal,
                                    numberGetInt, numberIsInt32, boolCompareInt);
     zor_dataTypeSetConversionFuncs(type, zorExtULong, numberToInternal, numberSetInternal,

@@ -38,10 +38,9 @@ ZorDataType* ZorBuiltIn::getDataType(void const* name) {
 void ZorBuiltIn::makeBuiltInTypes() {
     using namespace zor_internal;
     builtInTypes = zor_mapMake();
-    for (auto* const make :
-         {makePlainStringType, makeIntType, makeUIntType, makeBoolType, makeFloatType,
-          makeDigitStringType, makeIpAddressType, makeIpMaskType, makeDomainNameType,
-          makeUrlType}) {
+    for (auto* const make : {makePlainStringType, makeIntType, makeUIntType, makeBoolType,
+                             makeFloatType, makeDigitStringType, makeIpAddressType, makeIpMaskType,
+                             makeDomainNameType, makeUrlType}) {
         ZorDataType* const type = make();
         zor_mapSet(builtInTypes, type->name, type);
     }

@@ -10,8 +10,8 @@
 #include "foundation/text_argument.h"
 #include "zor/types.h"
 
-using zor_internal::StringRef;
 using zor_internal::stringOf;
+using zor_internal::StringRef;
 
 namespace {
 
@@ -20,8 +20,7 @@ ZorListNode* optionsIn(void* userData) { return static_cast<ZorListNode*>(userDa
 ZorString* optionAt(ZorListNode const* node) { return static_cast<ZorString*>(node->value); }
 
 int optionDiffers(void const* option, void const* text) {
-    return std::strcmp(static_cast<ZorString const*>(option)->text,
-                       static_cast<char const*>(text));
+    return std::strcmp(static_cast<ZorString const*>(option)->text, static_cast<char const*>(text));
 }
 
 int choiceIsValid(void* userData, char const* text) {

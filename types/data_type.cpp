@@ -4,8 +4,8 @@
 #include "foundation/text_argument.h"
 #include "zor/types.h"
 
-using zor_internal::StringRef;
 using zor_internal::stringOf;
+using zor_internal::StringRef;
 using zor_internal::textOf;
 
 ZorExtTypeFuncs::ZorExtTypeFuncs()
@@ -40,8 +40,10 @@ ZorDataType::ZorDataType(ZorDataType* other)
       toStringFn(other->toStringFn), xmlExportFn(other->xmlExportFn), flags(other->flags),
       cloneUserDataFn(other->cloneUserDataFn) {
     for (int i = 0; i < 3; ++i) extFuncs[i] = other->extFuncs[i];
-    if (cloneUserDataFn) userData = cloneUserDataFn(userData);
-    else freeUserDataFn = nullptr; // the data is shared, and the other type's to release
+    if (cloneUserDataFn)
+        userData = cloneUserDataFn(userData);
+    else
+        freeUserDataFn = nullptr; // the data is shared, and the other type's to release
     StringRef const defaultText(zor_dataTypeDefault(other));
     if (defaultText) defaultValue = fromStringFn(defaultText.text());
     name = stringOf(other->name);

@@ -61,9 +61,9 @@ int floatCompareExternal(void*, u_zorItemValue a, u_zorItemValue b) {
 } // namespace
 
 ZorDataType* makeFloatType() {
-    auto* const type = new ZorDataType("float", "0", nullptr, floatIsValid, floatCompare, nullptr,
-                                       floatFromString, floatCopy, floatFree, floatSetFromString,
-                                       floatToString, nullptr);
+    auto* const type =
+        new ZorDataType("float", "0", nullptr, floatIsValid, floatCompare, nullptr, floatFromString,
+                        floatCopy, floatFree, floatSetFromString, floatToString, nullptr);
     zor_dataTypeSetConversionFuncs(type, zorExtDouble, floatToInternal, floatSetInternal,
                                    floatGetExternal, floatIsAcceptable, floatCompareExternal);
     return type;

@@ -26,9 +26,9 @@ ZorString* intToString(u_zorItemValue value) {
 } // namespace
 
 ZorDataType* makeIntType() {
-    auto* const type = new ZorDataType("int", "0", nullptr, intIsValid, intCompare, nullptr,
-                                       intFromString, numberCopy, numberFree, intSetFromString,
-                                       intToString, nullptr);
+    auto* const type =
+        new ZorDataType("int", "0", nullptr, intIsValid, intCompare, nullptr, intFromString,
+                        numberCopy, numberFree, intSetFromString, intToString, nullptr);
     zor_dataTypeSetConversionFuncs(type, zorExtLong, numberToInternal, numberSetInternal,
                                    numberGetInt, numberIsInt32, numberCompareInt);
     return type;

@@ -52,7 +52,8 @@ bool isTooLarge(char const* text, char const* end, bool hexadecimal) {
     return position * (hexadecimal ? 4 : 1) + exponent > 0;
 }
 
-template <typename... Arguments> ZorString* textFrom(Arguments... arguments) {
+template <typename... Arguments>
+ZorString* textFrom(Arguments... arguments) {
     char buffer[32];
     std::to_chars_result const written =
         std::to_chars(buffer, buffer + sizeof buffer, arguments...);
@@ -65,8 +66,8 @@ std::int32_t intFromText(char const* text) {
     using Limits = std::numeric_limits<std::int32_t>;
     Decimal const decimal = decimalFromText(text);
     auto const number = static_cast<std::int64_t>(decimal.magnitude);
-    if (decimal.negative) return number > -std::int64_t(Limits::min()) ? Limits::min()
-                                                                       : std::int32_t(-number);
+    if (decimal.negative)
+        return number > -std::int64_t(Limits::min()) ? Limits::min() : std::int32_t(-number);
     return number > Limits::max() ? Limits::max() : std::int32_t(number);
 }
 

@@ -30,7 +30,10 @@ inline u_zorItemValue uintValueOf(unsigned long number) {
 
 inline int threeWay(bool less, bool greater) { return int(greater) - int(less); }
 
-template <typename Number> int compareNumbers(Number a, Number b) { return threeWay(a < b, b < a); }
+template <typename Number>
+int compareNumbers(Number a, Number b) {
+    return threeWay(a < b, b < a);
+}
 
 inline u_zorItemValue numberToInternal(u_zorItemValue external) { return external; }
 

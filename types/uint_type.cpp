@@ -24,9 +24,9 @@ ZorString* uintToString(u_zorItemValue value) {
 } // namespace
 
 ZorDataType* makeUIntType() {
-    auto* const type = new ZorDataType("uint", "0", nullptr, uintIsValid, uintCompare, nullptr,
-                                       uintFromString, numberCopy, numberFree, uintSetFromString,
-                                       uintToString, nullptr);
+    auto* const type =
+        new ZorDataType("uint", "0", nullptr, uintIsValid, uintCompare, nullptr, uintFromString,
+                        numberCopy, numberFree, uintSetFromString, uintToString, nullptr);
     zor_dataTypeSetConversionFuncs(type, zorExtULong, numberToInternal, numberSetInternal,
                                    numberGetUInt, numberIsUInt32, numberCompareUInt);
     return type;

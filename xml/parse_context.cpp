@@ -28,7 +28,8 @@ int stringDiffers(void const* string, void const* text) {
     return std::strcmp(static_cast<ZorString const*>(string)->text, static_cast<char const*>(text));
 }
 
-template <typename... Pieces> void warn(ZORParseContext const* context, Pieces... pieces) {
+template <typename... Pieces>
+void warn(ZORParseContext const* context, Pieces... pieces) {
     raise(context->parser->incidentContext, severityWarning, incidentXmlStructure, pieces...);
 }
 

@@ -15,8 +15,10 @@ ZorElementParseRules* ruleAt(ZorListNode const* node) {
 }
 
 void appendTo(ZorListNode** list, void* value) {
-    if (*list) zor_listAddNode(*list, value);
-    else *list = zor_listMake(value);
+    if (*list)
+        zor_listAddNode(*list, value);
+    else
+        *list = zor_listMake(value);
 }
 
 // Whether a walk down from `start` meets `wanted`. Every rule is entered once, so that cycles end.

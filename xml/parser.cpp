@@ -82,8 +82,7 @@ void addDefinitionRules(ZORParseContext* root, ZorCollection* collection) {
 void renewDefinitionRules(ZORParseContext* root) {
     ZorListNode* const inner = root->parseRules->innerRules;
     auto* const old = static_cast<ZorElementParseRules*>(inner->value);
-    auto* const collection =
-        static_cast<ZorCollection*>(zor_XMLParseRulesGetElementUserData(old));
+    auto* const collection = static_cast<ZorCollection*>(zor_XMLParseRulesGetElementUserData(old));
     root->parseRules->innerRules = nullptr;
     zor_listDelete(inner);
     zor_XMLParseRulesRemoveRef(old);

@@ -152,9 +152,9 @@ public:
 
     Semaphore lock; // guards the three maps
     ZorDictionary* dictionary;
-    ZorSchema* defaultSchema; // as made by the constructor; never followed after that
-    ZorMapEntry** schemas;    // name to ZorSchema*, owned
-    ZorMapEntry** documents;  // name to ZorDocument*, owned
+    ZorSchema* defaultSchema;  // as made by the constructor; never followed after that
+    ZorMapEntry** schemas;     // name to ZorSchema*, owned
+    ZorMapEntry** documents;   // name to ZorDocument*, owned
     ZorMapEntry** collections; // name to ZorCollection*, owned
     ZorString* name;
     std::vector<ZorXmlParser*> parsers; // by nesting depth; owned, with their incident contexts

@@ -121,8 +121,8 @@ public:
     short childCount; // entries of sortedChildren
     ZorSchemaNode* parent;
     short occurrences;
-    int totalOccurrences; // saturates at the ends of 32 bits; not above 0 when any factor is not
-    ZorDataType* dataType;       // data nodes only; not owned
+    int totalOccurrences;  // saturates at the ends of 32 bits; not above 0 when any factor is not
+    ZorDataType* dataType; // data nodes only; not owned
     u_zorItemValue defaultValue; // data nodes only; meaningful while noDefault is clear
     int valueIndex;              // data nodes only: first cell; -1 until a document was made
     unsigned char flags;

@@ -65,9 +65,9 @@ public:
     // A copy of the text written so far.
     std::string getValue();
 
-    char* begin;                // localBuffer or a heap block
-    char* end;                  // the terminating NUL, where the next write goes
-    int capacity;               // bytes of the buffer
-    int used;                   // bytes in use, NUL included
+    char* begin;  // localBuffer or a heap block
+    char* end;    // the terminating NUL, where the next write goes
+    int capacity; // bytes of the buffer
+    int used;     // bytes in use, NUL included
     char localBuffer[1024];
 };

@@ -106,7 +106,7 @@ public:
     ZorFreeValueFn freeValueFn; // never null
     ZorSetFromStringFn setFromStringFn;
     ZorToStringFn toStringFn;
-    ZorXmlExportFn xmlExportFn; // null: the type has no definition to write
+    ZorXmlExportFn xmlExportFn;  // null: the type has no definition to write
     ZorExtTypeFuncs extFuncs[3]; // by ZorExternalDataType
     unsigned char flags;
     ZorCloneUserDataFn cloneUserDataFn; // null: a copy shares userData
@@ -144,8 +144,8 @@ ZOR_API char const* zor_dataTypeName(ZorDataType* type);
 ZOR_API void zor_dataTypeSetConversionFuncs(ZorDataType* type, ZorExternalDataType ext,
                                             ZorToInternalFn toInternal,
                                             ZorSetInternalFn setInternal,
-                                            ZorGetExternalFn getExternal,
-                                            ZorExtValidateFn validate, ZorExtCompareFn compare);
+                                            ZorGetExternalFn getExternal, ZorExtValidateFn validate,
+                                            ZorExtCompareFn compare);
 ZOR_API int zor_datatypeIsRange(ZorDataType* type);
 ZOR_API int zor_datatypeIsChoice(ZorDataType* type);
 ZOR_API void zor_dataTypeSetXmlExportFn(ZorDataType* type, ZorXmlExportFn exportFn);
