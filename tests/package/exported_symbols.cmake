@@ -1,0 +1,32 @@
+cmake_minimum_required(VERSION 3.25)
+
+# Compares the exported symbols of LIBRARY with the kept list: cmake -DLIBRARY=... -DNM=... -P this
+execute_process(COMMAND "${NM}" --dynamic --demangle --defined-only "${LIBRARY}"
+  OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
+string(REPLACE "[abi:cxx11]" "" listing "${listing}")
+string(REPLACE "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >"
+  "std::string" listing "${listing}")
+string(REPLACE ";" "," listing "${listing}")
+string(REGEX REPLACE "(^|\n)[0-9a-f]+ . " "\\1" listing "${listing}")
+string(REPLACE "\n" ";" symbols "${listing}")
+list(REMOVE_ITEM symbols "")
+list(REMOVE_DUPLICATES symbols)
+list(SORT symbols)
+list(JOIN symbols "\n" found)
+string(APPEND found "\n")
+
+set(kept_file "${CMAKE_CURRENT_LIST_DIR}/exported_symbols.txt")
+if(UPDATE)
+  file(WRITE "${kept_file}" "${found}")
+endif()
+file(READ "${kept_file}" kept)
+if(NOT found STREQUAL kept)
+  string(REPLACE "\n" ";" kept_list "${kept}")
+  set(missing ${kept_list})
+  list(REMOVE_ITEM missing ${symbols} "")
+  set(added ${symbols})
+  list(REMOVE_ITEM added ${kept_list})
+  list(JOIN missing "\n  " missing)
+  list(JOIN added "\n  " added)
+  message(FATAL_ERROR "exported symbols differ from the kept list\nmissing:\n  ${missing}\nadded:\n  ${added}")
+endif()
