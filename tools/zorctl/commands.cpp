@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <list>
+#include <memory>
 
 #include "string_holder.h"
 
@@ -51,6 +52,10 @@ void printResult(ZorResultSet& results, bool withPaths) {
     }
 }
 
+bool writeAll(std::FILE* out, std::string const& text) {
+    return std::fwrite(text.data(), 1, text.size(), out) == text.size() && std::fflush(out) == 0;
+}
+
 } // namespace
 
 void checkFiles(Session& session) {
@@ -84,8 +89,17 @@ void setValues(Session& session, std::string const& document, std::string const&
 
 void writeExport(Session& session, std::string const& file) {
     std::string const text = session.collection().exportAll() + "\n";
-    std::FILE* const out = file.empty() ? stdout : std::fopen(file.c_str(), "w");
-    bool const written = out && std::fwrite(text.data(), 1, text.size(), out) == text.size();
-    bool const closed = out && (out == stdout ? std::fflush(out) : std::fclose(out)) == 0;
-    if (!written || !closed) session.fail("File: \"" + file + "\" cannot be written");
+    if (file.empty()) {
+        if (!writeAll(stdout, text)) session.fail("standard output cannot be written");
+        return;
+    }
+    // Through a new file, so that what was there before is lost only when the rest is on disk.
+    std::string const fresh = file + ".new";
+    std::FILE* const out = std::fopen(fresh.c_str(), "w");
+    bool const written = out && writeAll(out, text);
+    bool const closed = out && std::fclose(out) == 0;
+    if (!written || !closed || std::rename(fresh.c_str(), file.c_str()) != 0) {
+        std::remove(fresh.c_str());
+        session.fail("File: \"" + file + "\" cannot be written");
+    }
 }

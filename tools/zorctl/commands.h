@@ -18,5 +18,6 @@ void printValues(Session& session, std::string const& document, std::string cons
 void setValues(Session& session, std::string const& document, std::string const& path,
                std::string const& value);
 
-// Writes the whole collection as XML, to standard output when `file` is empty.
+// Writes the whole collection as XML, to standard output when `file` is empty. A file that was
+// there is replaced only after everything was written.
 void writeExport(Session& session, std::string const& file);
