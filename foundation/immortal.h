@@ -12,7 +12,8 @@ namespace zor_internal {
 template <typename T>
 union Immortal {
     constexpr Immortal() : unused(0) {}
-    ~Immortal() {} // the object inside is left alone on purpose
+    // Leaves the object inside alone. NOLINTNEXTLINE(modernize-use-equals-default): that deletes it
+    ~Immortal() {}
     char unused;
     T object;
 };

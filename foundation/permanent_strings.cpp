@@ -41,7 +41,8 @@ struct ZorString::PermanentStrings {
 
 union ZorString::PermanentStorage {
     constexpr PermanentStorage() : strings() {}
-    ~PermanentStorage() {} // the strings stay
+    // The strings stay. NOLINTNEXTLINE(modernize-use-equals-default): that deletes it
+    ~PermanentStorage() {}
     PermanentStrings strings;
 };
 

@@ -80,6 +80,7 @@ template <typename Function>
 void forEachPair(int count, char const* chars, int size, va_list rest, Function apply) {
     for (int i = 0; i < count; ++i) {
         if (i > 0) {
+            // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the caller has started it
             chars = va_arg(rest, char const*);
             size = va_arg(rest, int);
         }
@@ -98,7 +99,7 @@ public:
         forEachPair(count, chars, size, pairs,
                     [&](char const* text, int) { pointsInto = pointsInto || contains(text); });
         va_end(pairs);
-        if (pointsInto) copy.reset(new ZorString(*string));
+        if (pointsInto) copy = std::make_unique<ZorString>(*string);
     }
 
     // Where the characters of a pair stand safely.

@@ -35,14 +35,14 @@ void buildChildIndex(ZorSchemaNode* node) {
     if (!fits) return;
     ZorSchemaNode** at = index;
     for (ZorSchemaNode* child = node->firstChild; child; child = child->next) *at++ = child;
-    std::qsort(index, count, sizeof *index, compareChildren);
+    std::qsort(index, count, sizeof(ZorSchemaNode*), compareChildren);
 }
 
 ZorSchemaNode* findChild(ZorSchemaNode const* node, char const* name) {
     if (node->sortedChildren) {
         auto* const found = static_cast<ZorSchemaNode**>(
             std::bsearch(name, node->sortedChildren, static_cast<std::size_t>(node->childCount),
-                         sizeof *node->sortedChildren, compareNameWithChild));
+                         sizeof(ZorSchemaNode*), compareNameWithChild));
         return found ? *found : nullptr;
     }
     for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {

@@ -8,7 +8,6 @@
 #include "platform/lock_holder.h"
 
 using zor_internal::Immortal;
-using zor_internal::LockHolder;
 
 namespace {
 

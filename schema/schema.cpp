@@ -149,7 +149,7 @@ void ZorSchema::copySchemaNode(ZorSchemaNode* from, ZorSchemaNode* toParent) {
         }
         StringRef const defaultText(child->getDefaultValue());
         // Kept: the type is looked up by name, and may be another one here.
-        ZorDataType* const dataType = getDataType(child->dataType->name);
+        ZorDataType* const dataType = ZorSchema::getDataType(child->dataType->name);
         makeDataNode(toParent, name.get(), child->occurrences, dataType, defaultText.get());
     }
 }

@@ -11,10 +11,6 @@
 #include "xml/parse_context.h"
 #include "zor/xml.h"
 
-using zor_internal::disregard;
-using zor_internal::raise;
-using zor_internal::raiseTooLong;
-
 namespace {
 
 ZORParseContext*& slotAt(void* userData) { return *static_cast<ZORParseContext**>(userData); }

@@ -10,7 +10,6 @@
 
 using zor_internal::disregard;
 using zor_internal::raise;
-using zor_internal::raiseError;
 using zor_internal::raiseTooLong;
 
 namespace {

@@ -32,8 +32,9 @@ std::string pathOf(ZorSchemaNode const* node, long flat) {
     for (; !node->isSchemaRootNode(); node = node->getParentNode()) {
         long const count = node->getOccurrences();
         std::string step = node->getName();
-        if (count > 1) step += "[" + std::to_string(flat % count + 1) + "]";
-        path = path.empty() ? step : step + "/" + path;
+        if (count > 1) step.append("[").append(std::to_string(flat % count + 1)).append("]");
+        if (!path.empty()) step += '/';
+        path.insert(0, step);
         flat /= count;
     }
     return path;

@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cstdio>
+#include <exception>
 #include <string>
 #include <vector>
 
@@ -102,9 +104,7 @@ int run(std::string const& command, Arguments const& arguments) {
     return session.hasFailed() ? kIncident : kSuccess;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int parseAndRun(int argc, char** argv) {
     CLI::App app("Reads zor configuration files, shows, changes and writes what they hold.",
                  "zorctl");
     Arguments arguments;
@@ -116,4 +116,15 @@ int main(int argc, char** argv) {
         return app.exit(error) == 0 ? kSuccess : kUsage;
     }
     return run(app.get_subcommands().front()->get_name(), arguments);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return parseAndRun(argc, argv);
+    } catch (std::exception const& error) {
+        std::fprintf(stderr, "zorctl: error: %s\n", error.what());
+        return kIncident;
+    }
 }
