@@ -27,6 +27,9 @@ namespace {
 
 constexpr char kDefaultSchemaName[] = "DefaultSchema";
 
+// A null name counts as the empty one, where a lookup by null would find nothing.
+void const* orEmpty(void const* name) { return name ? name : ""; }
+
 void countLiveCollections(int change) {
     // Each collection counts under its own lock only, so the change itself must be atomic.
     __atomic_fetch_add(&ZorCollection::refCount, change, __ATOMIC_RELAXED);
@@ -140,7 +143,7 @@ ZorDocument* ZorCollection::makeDocument(void const* schemaName, void const* doc
     };
     ZorSchema* const schema = getSchema(schemaName);
     if (!schema) return refuse("Schema (", schemaName, ") does not exist}");
-    if (getDocument(textOf(documentName))) {
+    if (getDocument(orEmpty(documentName))) {
         return refuse("Document (", documentName, ") already exists}");
     }
 
@@ -157,7 +160,7 @@ ZorDocument* ZorCollection::makeDocument(void const* schemaName, void const* doc
 }
 
 ZorCollection* ZorCollection::makeCollection(void const* collectionName) {
-    if (getCollection(textOf(collectionName))) {
+    if (getCollection(orEmpty(collectionName))) {
         raiseError(nullptr, incidentInvalidArgument, "ZorCollection::makeCollection{Collection (",
                    textOf(collectionName), ") already exists}");
         // Kept: unlike a schema or document, the new collection takes the place of the old one.
