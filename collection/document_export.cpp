@@ -3,12 +3,14 @@
 #include <cstring>
 #include <string>
 
+#include "foundation/escape.h"
 #include "foundation/string_ref.h"
 #include "platform/lock_holder.h"
 #include "zor/document.h"
 
 using zor_internal::LockHolder;
 using zor_internal::StringRef;
+using zor_internal::writeEscaped;
 
 namespace {
 
@@ -31,8 +33,7 @@ bool collectValue(ZorDocument* document, ZorSchemaNode* node, long flat, ZorData
     ZorValueNode const* const cell = document->getDataItem(node, flat, 0);
     if (!cell || !(cell->flags & ZorValueNode::changed)) return false;
     StringRef const text(document->nonBlockingGetStringNodeValue(node, flat));
-    StringRef const escaped(escapeCData(text.get()));
-    write(content, escaped.text());
+    if (text) writeEscaped(content, text.text());
     return true;
 }
 

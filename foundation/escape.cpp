@@ -1,6 +1,6 @@
 // The text form of values in XML.
 
-#include "zor/text.h"
+#include "foundation/escape.h"
 
 #include <cstring>
 
@@ -30,25 +30,42 @@ char const* entityFor(char special) {
     }
 }
 
+// Calls `take(characters, length)` for every piece of the escaped form of the text.
+template <typename Take>
+void forEachEscapedPiece(char const* at, Take take) {
+    if (!*at) take(kEmptyValue, sizeof kEmptyValue - 1);
+    while (*at) {
+        std::size_t const run = std::strcspn(at, "<>&'\"");
+        if (run > 0) take(at, run);
+        at += run;
+        if (!*at) return;
+        char const* const entity = entityFor(*at++);
+        take(entity, std::strlen(entity));
+    }
+}
+
 } // namespace
+
+void zor_internal::writeEscaped(ZorDataWriter* writer, char const* text) {
+    forEachEscapedPiece(text, [writer](char const* chars, std::size_t length) {
+        writer->writeData(chars, static_cast<int>(length));
+    });
+}
 
 ZorString* escapeCData(void const* text) {
     StringRef result(ZorString::create(nullptr, 0));
     if (!text) return result.release();
-    char const* at = textOf(text);
-    if (!*at) return ZorString::create(kEmptyValue, -1);
-    while (*at) {
-        std::size_t const run = std::strcspn(at, "<>&'\"");
-        if (run > 0) result.replace(result.get()->append(1, at, static_cast<int>(run)));
-        at += run;
-        if (*at) result.replace(result.get()->append(1, entityFor(*at++), -1));
-    }
+    forEachEscapedPiece(textOf(text), [&result](char const* chars, std::size_t length) {
+        result.replace(result.get()->append(1, chars, static_cast<int>(length)));
+    });
     return result.release();
 }
 
 ZorString* unescapeCData(void const* text) {
     char const* const chars = textOf(text);
-    if (!*chars) return nullptr;
-    if (std::strcmp(chars, kEmptyValue) == 0) return ZorString::create(nullptr, 0);
-    return ZorString::create(chars, -1);
+    int const length = zor_isString(text) ? static_cast<ZorString const*>(text)->length : -1;
+    if (length == 0 || (length == -1 && !*chars)) return nullptr;
+    StringRef copy(ZorString::create(chars, length));
+    bool const isEmptyValue = copy.get()->length == 2 && std::strcmp(copy.text(), kEmptyValue) == 0;
+    return isEmptyValue ? ZorString::create(nullptr, 0) : copy.release();
 }

@@ -12,7 +12,6 @@ ZorListNode* lastOf(ZorListNode* node) {
 void cutBefore(ZorListNode* node) {
     if (!node->prev) return;
     node->prev->next = nullptr;
-    node->prev = nullptr;
 }
 
 } // namespace

@@ -27,6 +27,23 @@ ZorMapEntry** findLink(ZorMapEntry** map, char const* key) {
     return link;
 }
 
+// The characters of a key: of a plain text that is longer than any string, those that a string
+// keeps.
+class KeyText {
+public:
+    explicit KeyText(void const* key)
+        : chars(textOf(key)), cut(isTooLong(chars) ? ZorString::create(chars, -1) : nullptr) {}
+    char const* get() const { return cut ? cut.text() : chars; }
+
+private:
+    static bool isTooLong(char const* text) {
+        return strnlen(text, ZorString::maxLength + 1) > ZorString::maxLength;
+    }
+
+    char const* chars;
+    StringRef cut;
+};
+
 void freeEntry(ZorMapEntry* entry) {
     entry->key->removeRef();
     delete entry;
@@ -37,7 +54,7 @@ void freeEntry(ZorMapEntry* entry) {
 ZorMapEntry** zor_mapMake() { return new ZorMapEntry*[kBucketCount](); }
 
 void zor_mapSet(ZorMapEntry** map, void const* key, void* value) {
-    ZorMapEntry** const link = findLink(map, textOf(key));
+    ZorMapEntry** const link = findLink(map, KeyText(key).get());
     if (*link) {
         (*link)->value = value;
         return;
@@ -48,12 +65,12 @@ void zor_mapSet(ZorMapEntry** map, void const* key, void* value) {
 }
 
 void* zor_mapGet(ZorMapEntry** map, void const* key) {
-    ZorMapEntry const* const entry = *findLink(map, textOf(key));
+    ZorMapEntry const* const entry = *findLink(map, KeyText(key).get());
     return entry ? entry->value : nullptr;
 }
 
 void zor_mapRemove(ZorMapEntry** map, void const* key) {
-    ZorMapEntry** const link = findLink(map, textOf(key));
+    ZorMapEntry** const link = findLink(map, KeyText(key).get());
     ZorMapEntry* const entry = *link;
     if (!entry) return;
     *link = entry->next;

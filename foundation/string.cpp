@@ -262,5 +262,6 @@ void zor_stringPreAllocate(ZorString* string, int size) {
 }
 
 int zor_isString(void const* text) {
-    return text && static_cast<ZorString const*>(text)->marker == -1;
+    // The first byte alone: plain text may stand at any address.
+    return text && *static_cast<signed char const*>(text) == -1;
 }

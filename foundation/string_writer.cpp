@@ -2,7 +2,16 @@
 
 #include "zor/text.h"
 
+#include <climits>
+#include <cstdint>
 #include <cstring>
+#include <new>
+
+namespace {
+
+constexpr std::int64_t kLargestCapacity = INT_MAX;
+
+} // namespace
 
 ZorDataWriter::~ZorDataWriter() = default;
 
@@ -17,21 +26,25 @@ ZorStringWriter::~ZorStringWriter() {
 
 void ZorStringWriter::writeData(char const* data, int length) {
     if (length < 1) length = static_cast<int>(std::strlen(data));
-    if (length > capacity - used) {
-        int newCapacity = capacity;
-        while (newCapacity < used + length) newCapacity *= 2;
-        char* const block = new char[static_cast<unsigned>(newCapacity)];
-        int const written = used - 1;
-        std::memcpy(block, begin, static_cast<unsigned>(written));
-        if (begin != localBuffer) delete[] begin;
+    std::int64_t const needed = std::int64_t(used) + length;
+    char* outgrown = nullptr;
+    if (needed > capacity) {
+        std::int64_t newCapacity = capacity;
+        while (newCapacity < needed) newCapacity *= 2;
+        if (newCapacity > kLargestCapacity) newCapacity = kLargestCapacity;
+        if (newCapacity < needed) throw std::bad_alloc(); // as any block that cannot be had
+        char* const block = new char[static_cast<std::size_t>(newCapacity)];
+        std::memcpy(block, begin, static_cast<std::size_t>(used));
+        if (begin != localBuffer) outgrown = begin;
         begin = block;
-        end = block + written;
-        capacity = newCapacity;
+        end = block + used - 1;
+        capacity = static_cast<int>(newCapacity);
     }
-    std::memcpy(end, data, static_cast<unsigned>(length));
+    std::memcpy(end, data, static_cast<std::size_t>(length));
     end += length;
     *end = '\0';
     used += length;
+    delete[] outgrown; // only now: the data may be a part of it
 }
 
 std::string ZorStringWriter::getValue() { return std::string(begin); }
