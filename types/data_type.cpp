@@ -43,7 +43,7 @@ ZorDataType::ZorDataType(ZorDataType* other)
     if (cloneUserDataFn)
         userData = cloneUserDataFn(userData);
     else
-        freeUserDataFn = nullptr; // the data is shared, and the other type's to release
+        flags |= sharedUserData;
     StringRef const defaultText(zor_dataTypeDefault(other));
     if (defaultText) defaultValue = fromStringFn(defaultText.text());
     name = stringOf(other->name);
@@ -52,7 +52,7 @@ ZorDataType::ZorDataType(ZorDataType* other)
 ZorDataType::~ZorDataType() {
     name->removeRef();
     if (!(flags & noDefault)) freeValueFn(defaultValue);
-    if (userData && freeUserDataFn) freeUserDataFn(userData);
+    if (userData && freeUserDataFn && !(flags & sharedUserData)) freeUserDataFn(userData);
 }
 
 ZorDataType* zor_derivedTypeMake(void const* name, void const* defaultText, void* userData,

@@ -2,6 +2,8 @@
 
 #include "types/number_text.h"
 
+#include <strings.h>
+
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -32,6 +34,28 @@ Decimal decimalFromText(char const* text) {
     return result;
 }
 
+bool isHexDigit(char c) { return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+
+// The end of digits, perhaps with a point and an exponent; `text` itself when there is no digit.
+char const* endOfNumber(char const* text, bool hexadecimal) {
+    auto const isMantissa = hexadecimal ? isHexDigit : isDigit;
+    bool any = false;
+    char const* at = text;
+    for (; isMantissa(*at); ++at) any = true;
+    if (*at == '.') ++at;
+    for (; isMantissa(*at); ++at) any = true;
+    if (!any) return text;
+    if (*at && std::strchr(hexadecimal ? "pP" : "eE", *at)) {
+        char const* exponent = at + 1;
+        if (*exponent == '+' || *exponent == '-') ++exponent;
+        if (isDigit(*exponent)) {
+            while (isDigit(*exponent)) ++exponent;
+            at = exponent;
+        }
+    }
+    return at;
+}
+
 // Whether a number that no double can hold is too large rather than too small: its first digit
 // other than 0 stands before the point, the exponent applied.
 bool isTooLarge(char const* text, char const* end, bool hexadecimal) {
@@ -50,6 +74,30 @@ bool isTooLarge(char const* text, char const* end, bool hexadecimal) {
     }
     long const exponent = text < end ? intFromText(text + 1) : 0;
     return position * (hexadecimal ? 4 : 1) + exponent > 0;
+}
+
+bool readFinite(char const* text, double* number) {
+    bool const hexadecimal = text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
+    if (hexadecimal) text += 2;
+    char const* const end = endOfNumber(text, hexadecimal);
+    if (end == text) return false;
+    std::chars_format const format =
+        hexadecimal ? std::chars_format::hex : std::chars_format::general;
+    if (std::from_chars(text, end, *number, format).ec == std::errc::result_out_of_range) {
+        *number = isTooLarge(text, end, hexadecimal) ? HUGE_VAL : 0;
+    }
+    return true;
+}
+
+// Reads "inf", "infinity" and "nan" in any case. A text that goes on from "inf" towards "infinity"
+// and does not reach it is no number, as scanf has it.
+bool readNonFinite(char const* text, double* number) {
+    if (strncasecmp(text, "inf", 3) == 0) {
+        *number = std::numeric_limits<double>::infinity();
+        return (text[3] != 'i' && text[3] != 'I') || strncasecmp(text, "infinity", 8) == 0;
+    }
+    *number = std::numeric_limits<double>::quiet_NaN();
+    return strncasecmp(text, "nan", 3) == 0;
 }
 
 template <typename... Arguments>
@@ -83,18 +131,8 @@ int floatFromText(char const* text, double* value) {
     if (!*text) return -1;
     bool const negative = *text == '-';
     if (*text == '-' || *text == '+') ++text;
-    if (*text == '-') return 0; // from_chars would take a second sign
-    bool const hexadecimal = text[0] == '0' && (text[1] == 'x' || text[1] == 'X');
-    if (hexadecimal) text += 2;
-
     double number = 0;
-    std::from_chars_result const read =
-        std::from_chars(text, text + std::strlen(text), number,
-                        hexadecimal ? std::chars_format::hex : std::chars_format::general);
-    if (read.ec == std::errc::invalid_argument) return 0;
-    if (read.ec == std::errc::result_out_of_range) {
-        number = isTooLarge(text, read.ptr, hexadecimal) ? HUGE_VAL : 0;
-    }
+    if (!readFinite(text, &number) && !readNonFinite(text, &number)) return 0;
     *value = negative ? -number : number;
     return 1;
 }

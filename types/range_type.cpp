@@ -27,8 +27,8 @@ RangeParams::RangeParams(ZorDataType* base, void const* min, void const* max)
 }
 
 RangeParams::~RangeParams() {
-    minValue->removeRef();
-    maxValue->removeRef();
+    if (minValue) minValue->removeRef();
+    if (maxValue) maxValue->removeRef();
 }
 
 namespace {

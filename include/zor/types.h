@@ -78,6 +78,7 @@ public:
     static constexpr unsigned char noDefault = 1;
     static constexpr unsigned char isRange = 2;
     static constexpr unsigned char isChoice = 4;
+    static constexpr unsigned char sharedUserData = 8; // a copy's, which it does not release
 
     // A type of these functions. A null `defaultText` means no default; otherwise the default is
     // made from it with `fromString`, and is not validated. Adds a reference to a ZorString name.
