@@ -2,7 +2,7 @@
 
 #include "zor/collection.h"
 
-#include <algorithm>
+#include <set>
 
 #include "collection/limits.h"
 #include "foundation/list_ref.h"
@@ -61,7 +61,7 @@ ZorString* ownName(ZorSchema const* schema) { return schema->rootNode->name; }
 ZorString* ownName(ZorDocument const* document) { return document->name; }
 ZorString* ownName(ZorCollection const* collection) { return collection->name; }
 
-// Takes all objects out of the map and returns each once.
+// Takes all objects out of the map.
 // Kept: an entry is removed by the object's own name. One that is stored under another key stays,
 // with a null value.
 template <typename T>
@@ -69,25 +69,29 @@ std::vector<T*> takeAll(ZorMapEntry** map) {
     std::vector<T*> objects = valuesOf<T>(map);
     for (T const* const object : objects) zor_mapRemove(map, ownName(object));
     forEachEntry(map, [](ZorMapEntry& entry) { entry.value = nullptr; });
-    std::sort(objects.begin(), objects.end());
-    objects.erase(std::unique(objects.begin(), objects.end()), objects.end());
     return objects;
 }
 
+// Deletes the objects in their order, each once, even one that was stored under two names.
 template <typename T>
 void deleteEach(std::vector<T*> const& objects) {
-    for (T* const object : objects) delete object;
+    std::set<T const*> deleted;
+    for (T* const object : objects) {
+        if (deleted.insert(object).second) delete object;
+    }
 }
 
 // Removes and deletes the documents of a schema that is about to go.
 // REQUIRES: the caller holds the collection's lock.
 void deleteDocumentsOf(ZorCollection* collection, ZorSchema const* schema) {
-    removeEntriesIf(collection->documents, [schema](ZorMapEntry const& entry) {
-        auto const* const document = static_cast<ZorDocument const*>(entry.value);
+    std::vector<ZorDocument*> removed;
+    removeEntriesIf(collection->documents, [&](ZorMapEntry const& entry) {
+        auto* const document = static_cast<ZorDocument*>(entry.value);
         if (!document || document->rootNode != schema->rootNode) return false;
-        delete document;
+        removed.push_back(document);
         return true;
     });
+    deleteEach(removed);
 }
 
 } // namespace
