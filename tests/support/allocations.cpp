@@ -25,6 +25,18 @@ void* operator new(std::size_t size) {
 
 void* operator new[](std::size_t size) { return operator new(size); }
 
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
+    void* const block = std::malloc(size ? size : 1);
+    if (!block) return nullptr;
+    ++live;
+    ++total;
+    return block;
+}
+
+void* operator new[](std::size_t size, std::nothrow_t const& tag) noexcept {
+    return operator new(size, tag);
+}
+
 void operator delete(void* block) noexcept {
     if (!block) return;
     --live;
@@ -34,3 +46,5 @@ void operator delete(void* block) noexcept {
 void operator delete[](void* block) noexcept { operator delete(block); }
 void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
 void operator delete[](void* block, std::size_t) noexcept { operator delete(block); }
+void operator delete(void* block, std::nothrow_t const&) noexcept { operator delete(block); }
+void operator delete[](void* block, std::nothrow_t const&) noexcept { operator delete(block); }

@@ -62,5 +62,8 @@ int Semaphore::give() {
         std::lock_guard<std::mutex> const lock(guard);
         EXPECT_EQ(holders().erase(this), 1U) << "a lock was given that was not taken";
     }
+    int available = 0;
+    sem_getvalue(&semaphore, &available);
+    EXPECT_LT(available, maximum) << "a lock was given too often";
     return sem_post(&semaphore) == 0;
 }

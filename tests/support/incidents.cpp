@@ -14,7 +14,7 @@ void catchIncident(severity sev, std::string& message) {
     caught += std::to_string(static_cast<int>(sev)) + ' ' + message + '\n';
 }
 
-// What the library does initially, for tests that run later.
+// Between tests, so that a stray incident is seen.
 void printIncident(severity, std::string& message) { std::printf("%s\n", message.c_str()); }
 
 } // namespace

@@ -15,7 +15,7 @@ public:
     IncidentLog();
     IncidentLog(IncidentLog const&) = delete;
     IncidentLog& operator=(IncidentLog const&) = delete;
-    // Fails the test when incidents were not taken. Puts the default logging function back.
+    // Fails the test when incidents were not taken. Later incidents are printed.
     ~IncidentLog();
 
     // All incidents since the last call, a line each: severity, blank, message. Empties the log.
