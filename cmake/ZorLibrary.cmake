@@ -26,6 +26,7 @@ add_library(zor_objects OBJECT
   types/number_text.cpp
   types/range_type.cpp
   types/string_type.cpp
+  types/string_value.cpp
   types/type_collection.cpp
   types/type_operations.cpp
   types/uint_type.cpp
@@ -50,7 +51,9 @@ add_library(zor_objects OBJECT
   collection/document_export.cpp
   collection/document_rules.cpp
   collection/import.cpp
+  collection/node_info.cpp
   collection/node_rules.cpp
+  collection/range_info.cpp
   collection/schema_export.cpp)
 target_include_directories(zor_objects PUBLIC
   "${PROJECT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}")

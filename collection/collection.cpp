@@ -4,6 +4,7 @@
 
 #include <set>
 
+#include "collection/default_schema.h"
 #include "collection/limits.h"
 #include "foundation/list_ref.h"
 #include "foundation/map_entries.h"
@@ -13,19 +14,19 @@
 #include "platform/lock_holder.h"
 
 using zor_internal::forEachEntry;
+using zor_internal::kDefaultSchemaName;
 using zor_internal::kMaxCells;
 using zor_internal::kMaxDocuments;
 using zor_internal::ListRef;
 using zor_internal::LockHolder;
 using zor_internal::raiseError;
+using zor_internal::reasonAgainstDocument;
 using zor_internal::removeEntriesIf;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
 using zor_internal::textOf;
 
 namespace {
-
-constexpr char kDefaultSchemaName[] = "DefaultSchema";
 
 // A null name counts as the empty one, where a lookup by null would find nothing.
 void const* orEmpty(void const* name) { return name ? name : ""; }
@@ -94,7 +95,44 @@ void deleteDocumentsOf(ZorCollection* collection, ZorSchema const* schema) {
     deleteEach(removed);
 }
 
+// Why a document was not made.
+struct Refusal {
+    char const* kind;
+    void const* name;
+    char const* reason;
+};
+
+// Makes the document under the locks of the collection and the schema, so that neither another
+// document of that name nor another node comes in between. Null with the reason, which is reported
+// when the locks are given back.
+ZorDocument* tryMakeDocument(ZorCollection* collection, void const* schemaName,
+                             void const* documentName, Refusal* refusal) {
+    auto const refuse = [refusal](char const* kind, void const* name, char const* reason) {
+        *refusal = {kind, name, reason};
+        return nullptr;
+    };
+    LockHolder const holder(collection->lock);
+    auto* const schema = static_cast<ZorSchema*>(zor_mapGet(collection->schemas, schemaName));
+    if (!schema) return refuse("Schema (", schemaName, ") does not exist}");
+    if (zor_mapGet(collection->documents, documentName)) {
+        return refuse("Document (", documentName, ") already exists}");
+    }
+    LockHolder const schemaHolder(schema->lock);
+    if (char const* const reason = reasonAgainstDocument(schema)) {
+        return refuse("Schema (", schemaName, reason);
+    }
+    auto* const document = new ZorDocument(schema, documentName);
+    zor_mapSet(collection->documents, documentName, document);
+    return document;
+}
+
 } // namespace
+
+char const* zor_internal::reasonAgainstDocument(ZorSchema const* schema) {
+    if (schema->documentCount() >= kMaxDocuments) return ") has too many documents}";
+    if (schema->rootNode->countRequiredValueNodes() > kMaxCells) return ") has too many values}";
+    return nullptr;
+}
 
 int ZorCollection::refCount = 0;
 
@@ -140,27 +178,13 @@ ZorSchema* ZorCollection::makeSchema(void const* schemaName) {
 }
 
 ZorDocument* ZorCollection::makeDocument(void const* schemaName, void const* documentName) {
-    auto const refuse = [](char const* kind, void const* refused, char const* reason) {
-        raiseError(nullptr, incidentInvalidArgument, "ZorCollection::makeDocument{", kind,
-                   textOf(refused), reason);
-        return nullptr;
-    };
-    ZorSchema* const schema = getSchema(schemaName);
-    if (!schema) return refuse("Schema (", schemaName, ") does not exist}");
-    if (getDocument(orEmpty(documentName))) {
-        return refuse("Document (", documentName, ") already exists}");
+    Refusal refusal{};
+    if (ZorDocument* const made = tryMakeDocument(this, schemaName, documentName, &refusal)) {
+        return made;
     }
-
-    LockHolder const holder(lock);
-    if (schema->documentCount() >= kMaxDocuments) {
-        return refuse("Schema (", schemaName, ") has too many documents}");
-    }
-    if (schema->rootNode->countRequiredValueNodes() > kMaxCells) {
-        return refuse("Schema (", schemaName, ") has too many values}");
-    }
-    auto* const document = new ZorDocument(schema, documentName);
-    zor_mapSet(documents, documentName, document);
-    return document;
+    raiseError(nullptr, incidentInvalidArgument, "ZorCollection::makeDocument{", refusal.kind,
+               textOf(refusal.name), refusal.reason);
+    return nullptr;
 }
 
 ZorCollection* ZorCollection::makeCollection(void const* collectionName) {

@@ -1,12 +1,17 @@
 // Copies of documents and schemas into a collection.
 
+#include "zor/collection.h"
+
+#include <memory>
+
 #include "collection/limits.h"
 #include "foundation/string_ref.h"
 #include "incident/raise.h"
-#include "zor/collection.h"
+#include "platform/lock_holder.h"
 
-using zor_internal::kMaxDocuments;
+using zor_internal::LockHolder;
 using zor_internal::raiseError;
+using zor_internal::reasonAgainstDocument;
 using zor_internal::StringRef;
 
 namespace {
@@ -30,24 +35,51 @@ bool haveSameLayout(ZorSchemaNode const* a, ZorSchemaNode const* b) {
     return !childA && !childB;
 }
 
+// A document with the source's name and cells. It is made with defaults first, which keeps the
+// schema's nodes as they are without its lock, so that the source's is taken alone.
+std::unique_ptr<ZorDocument> copyOf(ZorDocument* source, ZorSchema* schema, char const** reason) {
+    std::unique_ptr<ZorDocument> copy;
+    {
+        LockHolder const holder(schema->lock);
+        *reason = haveSameLayout(source->rootNode, schema->rootNode) ? reasonAgainstDocument(schema)
+                                                                     : ") does not match}";
+        if (*reason) return nullptr;
+        StringRef const name(zor_stringCopy(source->name));
+        copy = std::make_unique<ZorDocument>(schema, name.get());
+    }
+    ZorSchemaNode* const rootNode = schema->rootNode;
+    long const count = rootNode->freeValueNodes(copy->values, 1);
+    for (long i = 0; i < count; ++i) copy->values[i].flags = ZorValueNode::noValue;
+    LockHolder const holder(source->lock);
+    rootNode->copyValueNodes(source->values, copy->values, 0, 1);
+    return copy;
+}
+
+// Stores a copy of the source under the key, and deletes what was there after that: it may be the
+// source. The reason why nothing was done, or null.
+char const* replaceByCopy(ZorCollection* collection, ZorString* key, ZorDocument* source) {
+    LockHolder const holder(collection->lock);
+    auto* const schema =
+        static_cast<ZorSchema*>(zor_mapGet(collection->schemas, source->rootNode->name));
+    if (!schema) return ") does not exist}";
+    char const* reason;
+    std::unique_ptr<ZorDocument> copy = copyOf(source, schema, &reason);
+    if (reason) return reason;
+    auto* const replaced = static_cast<ZorDocument*>(zor_mapGet(collection->documents, key));
+    zor_mapSet(collection->documents, key, copy.get());
+    (void)copy.release();
+    delete replaced;
+    return nullptr;
+}
+
 } // namespace
 
 void ZorCollection::copyDocument(char const* documentName, ZorDocument* source) {
-    ZorString const* const schemaName = source->rootNode->name;
-    auto const refuse = [schemaName](char const* reason) {
-        raiseError(nullptr, incidentInvalidArgument, "ZorCollection::copyDocument{Schema (",
-                   schemaName->text, reason);
-    };
-    ZorSchema* const schema = getSchema(schemaName);
-    if (!schema) return refuse(") does not exist}");
-    if (!haveSameLayout(source->rootNode, schema->rootNode)) return refuse(") does not match}");
-    if (schema->documentCount() >= kMaxDocuments) return refuse(") has too many documents}");
-
-    // Copied before the old document goes, which may be the source.
-    auto* const copy = new ZorDocument(*source, schema);
     StringRef const key(ZorString::create(documentName, -1));
-    deleteDocument(documentName);
-    setDocument(copy, key.get());
+    if (char const* const reason = replaceByCopy(this, key.get(), source)) {
+        raiseError(nullptr, incidentInvalidArgument, "ZorCollection::copyDocument{Schema (",
+                   source->rootNode->getName(), reason);
+    }
 }
 
 void ZorCollection::copySchema(char const* schemaName, ZorSchema* source) {

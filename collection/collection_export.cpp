@@ -2,11 +2,13 @@
 
 #include <cstring>
 
+#include "collection/default_schema.h"
 #include "foundation/list_ref.h"
 #include "foundation/string_ref.h"
 #include "incident/raise.h"
 #include "zor/collection.h"
 
+using zor_internal::isDefaultSchema;
 using zor_internal::ListRef;
 using zor_internal::raiseError;
 using zor_internal::StringRef;
@@ -15,10 +17,6 @@ namespace {
 
 void write(ZorDataWriter* writer, char const* text) {
     writer->writeData(text, static_cast<int>(std::strlen(text)));
-}
-
-bool isDefault(ZorSchemaNode const* rootNode) {
-    return std::strcmp(rootNode->getName(), "DefaultSchema") == 0;
 }
 
 // What `writeBody` writes, inside an element called like the collection.
@@ -61,7 +59,7 @@ void writeWithSchema(ZorCollection* collection, std::string const& name, ZorData
         return;
     }
     document->exportXML(writer);
-    if (isDefault(document->rootNode)) return;
+    if (isDefaultSchema(document->rootNode)) return;
     if (ZorSchema* const schema = schemaOf(collection, document)) schema->exportXML(writer);
 }
 
@@ -71,7 +69,7 @@ void ZorCollection::exportAllSchemas(ZorDataWriter* writer) {
     ListRef const values(getSchemas());
     for (ZorListNode const* node = values.first(); node; node = node->next) {
         auto* const schema = static_cast<ZorSchema*>(node->value);
-        if (!isDefault(schema->rootNode)) schema->exportXML(writer);
+        if (!isDefaultSchema(schema->rootNode)) schema->exportXML(writer);
     }
 }
 

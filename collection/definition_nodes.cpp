@@ -6,20 +6,11 @@
 
 #include "collection/definition_callbacks.h"
 #include "collection/import_callbacks.h"
+#include "collection/limits.h"
 #include "foundation/string_ref.h"
 #include "types/number_text.h"
 
 using namespace zor_internal;
-
-NodeInfo::NodeInfo(ZorSchemaNode* parentNode, ZorString* nodeName, short count)
-    : parent(parentNode), name(nodeName), occurrences(count), type(nullptr), defaultValue(nullptr) {
-    zor_stringAddRef(name);
-}
-
-NodeInfo::~NodeInfo() {
-    name->removeRef();
-    if (defaultValue) defaultValue->removeRef();
-}
 
 namespace {
 
@@ -31,13 +22,21 @@ int occurrencesAskedFor(ZORParseContext const* context) {
     return number < 1 ? 0 : number;
 }
 
+int depthOf(ZorSchemaNode const* node) {
+    int depth = 0;
+    while ((node = node->parent)) ++depth;
+    return depth;
+}
+
 // The node under which the element's node goes; null after reporting that it was not found.
 ZorSchemaNode* parentAskedFor(ZORParseContext const* context, ZorSchema const* schema) {
     ZorString* const path = zor_XMLContextGetAttribute(context, "parent");
     if (!path) return schema->rootNode;
     ZorSchemaNode* const parent = schema->rootNode->findSubNode(path);
     if (!parent) raiseDefinitionError(context, "Can't find specified parent node", path->text);
-    return parent;
+    if (!parent || depthOf(parent) < kMaxDepth) return parent;
+    raiseImportError(context, incidentInvalidXml, "nested too deeply");
+    return nullptr;
 }
 
 // The node that the attributes describe, without type and default. Null after reporting what is
@@ -103,7 +102,7 @@ void zor_internal::branchEnd(ZORParseContext* context) {
     if (info && schema && !schema->makeBranchNode(info->parent, info->name, info->occurrences)) {
         raiseDefinitionError(context, "Could Not Branch Node with supplied parameters");
     }
-    publishPending<NodeInfo>(context, nullptr);
+    withdrawPending(context);
 }
 
 void zor_internal::itemStart(ZORParseContext* context) {
@@ -120,5 +119,5 @@ void zor_internal::itemEnd(ZORParseContext* context) {
                               info->defaultValue)) {
         raiseDefinitionError(context, "Could Not item with supplied parameters");
     }
-    publishPending<NodeInfo>(context, nullptr);
+    withdrawPending(context);
 }

@@ -2,6 +2,9 @@
 
 #include "collection/definition_callbacks.h"
 #include "collection/import_callbacks.h"
+#include "collection/import_rule_info.h"
+#include "collection/leftovers.h"
+#include "collection/limits.h"
 #include "incident/raise.h"
 #include "zor/collection.h"
 
@@ -14,9 +17,20 @@ void rootStart(ZORParseContext* context) {
     zor_XMLContextSetUserData(context, zor_XMLParseRulesGetElementUserData(rules));
 }
 
+// How many elements stand around this one.
+int depthOf(ZORParseContext const* context) {
+    int depth = 0;
+    while ((context = zor_XMLContextGetOuterContext(context))) ++depth;
+    return depth - 1; // the root context is no element
+}
+
 void collectionStart(ZORParseContext* context) {
     auto* const outer = enclosing<ZorCollection>(context);
-    if (!outer) return;
+    if (!outer) return skipElement(context);
+    if (depthOf(context) > kMaxDepth) {
+        raiseImportError(context, incidentInvalidXml, "nested too deeply");
+        return;
+    }
     ZorString const* const name = requiredName(context);
     if (!name) return;
     ZorCollection* const existing = outer->getCollection(name);
@@ -25,7 +39,7 @@ void collectionStart(ZORParseContext* context) {
 
 void schemaStart(ZORParseContext* context) {
     auto* const collection = enclosing<ZorCollection>(context);
-    if (!collection) return;
+    if (!collection) return skipElement(context);
     ZorString const* const name = requiredName(context);
     if (!name) return;
     if (collection->getSchema(name)) {
@@ -51,6 +65,16 @@ void allowInside(ZorElementParseRules* outer, Rules*... inner) {
 }
 
 } // namespace
+
+void zor_internal::releaseLeftovers(ZorElementParseRules* rules) {
+    if (isDocumentRule(rules)) return removeNodeRules(rules);
+    ZorElementCallback const end = rules->endElement;
+    if (end == branchEnd || end == itemEnd || end == rangeEnd) releasePending(rules);
+    for (ZorListNode const* node = rules->innerRules; node; node = node->next) {
+        auto* const inner = static_cast<ZorElementParseRules*>(node->value);
+        if (inner != rules) releaseLeftovers(inner);
+    }
+}
 
 ZorElementParseRules* zor_getZORParseRules(ZorCollection* collection) {
     auto* const branch =

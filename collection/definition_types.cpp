@@ -8,19 +8,6 @@
 
 using namespace zor_internal;
 
-RangeInfo::RangeInfo(ZorString* rangeName, ZorDataType* base, ZorString* min, ZorString* max)
-    : name(rangeName), baseType(base), minimum(min), maximum(max) {
-    zor_stringAddRef(name);
-    zor_stringAddRef(minimum);
-    zor_stringAddRef(maximum);
-}
-
-RangeInfo::~RangeInfo() {
-    name->removeRef();
-    minimum->removeRef();
-    maximum->removeRef();
-}
-
 namespace {
 
 // Hands the type to the schema. False when its name is taken: the type is destroyed then.
@@ -65,7 +52,7 @@ void zor_internal::rangeEnd(ZORParseContext* context) {
         }
         addOrDestroy(schema, range); // null is refused, and harmless
     }
-    publishPending<RangeInfo>(context, nullptr);
+    withdrawPending(context);
 }
 
 void zor_internal::choiceStart(ZORParseContext* context) {

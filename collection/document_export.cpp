@@ -3,11 +3,13 @@
 #include <cstring>
 #include <string>
 
+#include "collection/default_schema.h"
 #include "foundation/escape.h"
 #include "foundation/string_ref.h"
 #include "platform/lock_holder.h"
 #include "zor/document.h"
 
+using zor_internal::isDefaultSchema;
 using zor_internal::LockHolder;
 using zor_internal::StringRef;
 using zor_internal::writeEscaped;
@@ -59,7 +61,7 @@ void writeElement(ZorDataWriter* writer, char const* name, long occurrence, bool
 void ZorDocument::exportXML(ZorDataWriter* writer) {
     LockHolder const holder(lock);
     write(writer, "<document");
-    if (std::strcmp(rootNode->getName(), "DefaultSchema") != 0) {
+    if (!isDefaultSchema(rootNode)) {
         write(writer, " schema=\"");
         write(writer, rootNode->getName());
         write(writer, "\"");

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "collection/default_schema.h"
 #include "collection/import_callbacks.h"
 #include "collection/import_rule_info.h"
 #include "foundation/string_ref.h"
@@ -16,14 +17,16 @@ ZorDocument* refuse(incidentType type, char const* reason) {
     return nullptr;
 }
 
-ZorDocument* makeFrom(ZorCollection* collection, std::string const& schemaName, ZorString* name) {
+ZorDocument* makeFromSchema(ZorCollection* collection, std::string const& schemaName,
+                            ZorString* name) {
+    // As a string, because a plain text may begin like one.
     StringRef const schema(ZorString::create(schemaName.c_str(), -1));
     return collection->makeDocument(schema.get(), name);
 }
 
 ZorDocument* makeFromDefault(ZorCollection* collection, ZorString* name) {
     // By name, because the schema that the collection was born with may be gone.
-    return collection->makeDocument("DefaultSchema", name);
+    return collection->makeDocument(kDefaultSchemaName, name);
 }
 
 // The existing document, unless the schema asked for is another than its own.
@@ -54,7 +57,7 @@ ZorDocument* makeByName(ZorCollection* collection, ZorString* name) {
     if (schemaName.empty()) return makeFromDefault(collection, name);
     // Kept: the definition is imported without asking whether it is there, empty, or needed.
     collection->importXML(dictionary->getSchemaDefinition(schemaName).c_str());
-    return makeFrom(collection, schemaName, name);
+    return makeFromSchema(collection, schemaName, name);
 }
 
 // The document to fill; null after reporting why there is none.
@@ -68,24 +71,16 @@ ZorDocument* resolve(ZORParseContext const* context, ZorCollection* collection) 
     return schemaName ? makeWithSchema(collection, name, schemaName) : makeByName(collection, name);
 }
 
-void removeNodeRules(ZorElementParseRules* documentRule) {
-    ZorListNode* const inner = documentRule->innerRules;
-    documentRule->innerRules = nullptr;
-    for (ZorListNode const* node = inner; node; node = node->next) {
-        zor_XMLParseRulesRemoveRef(static_cast<ZorElementParseRules*>(node->value));
-    }
-    zor_listDelete(inner);
-}
-
 void documentStart(ZORParseContext* context) {
     ZorElementParseRules* const rule = zor_XMLContextGetParseRules(context);
     // An import that ended inside a document leaves its rules, and their schema may be gone.
     removeNodeRules(rule);
     auto* const collection = enclosing<ZorCollection>(context);
-    if (!collection) return;
+    if (!collection) return skipElement(context);
     ZorDocument* const document = resolve(context, collection);
     if (!document) {
-        raiseDefinitionError(context, "problem resolving document and schema name");
+        raiseImportError(context, incidentInvalidArgument,
+                         "problem resolving document and schema name");
         return;
     }
     addNodeRules(rule, document->rootNode);
@@ -97,6 +92,10 @@ void documentEnd(ZORParseContext* context) {
 }
 
 } // namespace
+
+bool zor_internal::isDocumentRule(ZorElementParseRules const* rules) {
+    return rules->endElement == documentEnd;
+}
 
 ZorElementParseRules* zor_getDocumentParseRules() {
     auto* const rule =

@@ -49,16 +49,31 @@ inline ZorString* requiredName(ZORParseContext const* context) {
     return requiredAttribute(context, "name", "missing name attribute", "name must not be blank");
 }
 
+// Releases the half-built object that a rule owns, if any.
+inline void releasePending(ZorElementParseRules* rules) {
+    if (rules->elementUserData) rules->freeElementUserData(rules->elementUserData);
+    rules->elementUserData = nullptr;
+}
+
 // Publishes the half-built object of an element. Its rule owns it until the element ends, so that
-// nothing is left behind by an input that ends inside the element or an error that keeps the end
-// callback from running. Null releases it.
+// nothing is lost by an input that ends inside the element or an error that keeps the end callback
+// from running.
 template <typename T>
 void publishPending(ZORParseContext* context, T* pending) {
     ZorElementParseRules* const rules = zor_XMLContextGetParseRules(context);
-    delete static_cast<T*>(zor_XMLParseRulesGetElementUserData(rules));
+    releasePending(rules);
     zor_XMLParseRulesSetElementUserData(rules, pending,
                                         [](void* data) { delete static_cast<T*>(data); });
     zor_XMLContextSetUserData(context, pending);
 }
+
+// Takes back what publishPending published.
+inline void withdrawPending(ZORParseContext* context) {
+    releasePending(zor_XMLContextGetParseRules(context));
+    zor_XMLContextSetUserData(context, nullptr);
+}
+
+// The element stands inside one that was rejected: nothing in it is looked at.
+inline void skipElement(ZORParseContext* context) { context->parseRules = nullptr; }
 
 } // namespace zor_internal

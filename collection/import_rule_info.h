@@ -11,6 +11,8 @@ class ZorSchemaNode;
 class ImportRuleInfo {
 public:
     explicit ImportRuleInfo(ZorSchemaNode* node);
+    ImportRuleInfo(ImportRuleInfo const&) = delete;
+    ImportRuleInfo& operator=(ImportRuleInfo const&) = delete;
     virtual ~ImportRuleInfo();
 
     ZorSchemaNode* definitionNode;    // null in the record of the <document> rule
@@ -22,6 +24,13 @@ public:
 namespace zor_internal {
 
 // Adds a rule for every node below `node`, with counters at zero, to `rules`.
+// REQUIRES: `rules` has no inner rules yet.
 void addNodeRules(ZorElementParseRules* rules, ZorSchemaNode const* node);
+
+// Releases the rules that addNodeRules added.
+void removeNodeRules(ZorElementParseRules* rules);
+
+// Whether this is a rule made by zor_getDocumentParseRules.
+bool isDocumentRule(ZorElementParseRules const* rules);
 
 } // namespace zor_internal

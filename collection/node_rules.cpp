@@ -40,7 +40,7 @@ void enterParent(ImportRuleInfo* info, std::uint32_t parentIndex) {
 bool moveToAsked(ZORParseContext const* context, ImportRuleInfo* info) {
     ZorString const* const text = zor_XMLContextGetAttribute(context, "occurrence");
     if (!text) return true;
-    // Kept: negative numbers are not refused; the document refuses the value.
+    // Kept: negative numbers are not refused here.
     auto const number = static_cast<std::uint32_t>(intFromText(text->text));
     if (number == 0) {
         raiseImportError(context, incidentInvalidXml,
@@ -69,7 +69,8 @@ void nodeStart(ZORParseContext* context) {
     }
     enterParent(info, infoOf(zor_XMLContextGetOuterContext(context))->valueIndex);
     if (!moveToAsked(context, info)) return;
-    // Kept: equality only. An occurrence beyond the count is refused when its value is stored.
+    // Kept: equality only. An occurrence beyond the count goes on to whatever cell its number comes
+    // to, which below a repeated branch may be another parent's; the document refuses what is none.
     if (info->occurrenceInParent == static_cast<std::uint32_t>(node->getOccurrences())) {
         raiseImportError(context, incidentInvalidArgument, "Too many occurrences of element <",
                          node->getName(), ">");
@@ -78,18 +79,18 @@ void nodeStart(ZORParseContext* context) {
     zor_XMLContextSetUserData(context, document);
 }
 
-void dataEnd(ZORParseContext* context) {
+void nodeDataEnd(ZORParseContext* context) {
     auto* const document = published<ZorDocument>(context);
     if (!document) return;
     ImportRuleInfo* const info = infoOf(context);
     StringRef const text(unescapeCData(zor_XMLContextGetCharacterData(context)));
-    // An index beyond 31 bits is none of a cell, and stays so as a negative one.
+    // No cell has an index beyond 31 bits; as a negative number it is refused.
     document->setStringNodeValue(info->definitionNode, static_cast<std::int32_t>(info->valueIndex),
                                  text.get());
     advance(info);
 }
 
-void branchEnd(ZORParseContext* context) {
+void nodeBranchEnd(ZORParseContext* context) {
     if (published<ZorDocument>(context)) advance(infoOf(context));
 }
 
@@ -97,7 +98,7 @@ ZorElementParseRules* makeNodeRule(ZorSchemaNode* node) {
     bool const isData = node->isDataNode();
     auto* const rule =
         new ZorElementParseRules(node->name, isData ? rawCharacterData : ignoreCharacterData,
-                                 nodeStart, isData ? dataEnd : branchEnd);
+                                 nodeStart, isData ? nodeDataEnd : nodeBranchEnd);
     zor_XMLParseRulesSetElementUserData(rule, new ImportRuleInfo(node), deleteImportRuleInfo);
     zor_XMLParseRulesAddAttribute(rule, "occurrence");
     if (!isData) addNodeRules(rule, node);
@@ -107,7 +108,21 @@ ZorElementParseRules* makeNodeRule(ZorSchemaNode* node) {
 } // namespace
 
 void zor_internal::addNodeRules(ZorElementParseRules* rules, ZorSchemaNode const* node) {
+    ZorListNode* last = nullptr;
     for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
-        zor_XMLParseRulesAddInnerRules(rules, makeNodeRule(child));
+        // Linked by hand: a new rule closes no cycle, and the end of the list is known.
+        ZorElementParseRules* const rule = makeNodeRule(child);
+        last = last ? zor_listAddNode(last, rule) : zor_listMake(rule);
+        if (!rules->innerRules) rules->innerRules = last;
+        ++rule->refCount;
     }
+}
+
+void zor_internal::removeNodeRules(ZorElementParseRules* rules) {
+    ZorListNode* const inner = rules->innerRules;
+    rules->innerRules = nullptr;
+    for (ZorListNode const* node = inner; node; node = node->next) {
+        zor_XMLParseRulesRemoveRef(static_cast<ZorElementParseRules*>(node->value));
+    }
+    zor_listDelete(inner);
 }

@@ -1,12 +1,15 @@
 // Documents: life, cells, defaults.
 
+#include "zor/document.h"
+
 #include <memory>
 
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
 #include "platform/lock_holder.h"
-#include "zor/document.h"
+#include "schema/document_count.h"
 
+using zor_internal::countDocuments;
 using zor_internal::LockHolder;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
@@ -27,15 +30,14 @@ ZorDocument::ZorDocument(ZorSchema* schema, void const* documentName)
     : values(makeCells(schema->rootNode)), name(stringOf(documentName)), rootNode(schema->rootNode),
       lock(1, 1, false) {
     rootNode->makeValueNodes(values, 0, 1);
-    ++rootNode->documentCount;
+    countDocuments(rootNode, 1);
 }
 
 ZorDocument::ZorDocument(ZorDocument const& other, ZorSchema* schema)
     : values(makeCells(schema->rootNode)), name(zor_stringCopy(other.name)),
       rootNode(schema->rootNode), lock(1, 1, false) {
-    LockHolder const holder(const_cast<Semaphore&>(other.lock));
     rootNode->copyValueNodes(other.values, values, 0, 1);
-    ++rootNode->documentCount;
+    countDocuments(rootNode, 1);
 }
 
 ZorDocument::~ZorDocument() {
@@ -43,12 +45,14 @@ ZorDocument::~ZorDocument() {
     name->removeRef();
     rootNode->freeValueNodes(values, 1);
     delete[] values;
-    --rootNode->documentCount;
+    countDocuments(rootNode, -1);
 }
 
 ZorValueNode* ZorDocument::getDataItem(ZorSchemaNode* node, long occurrence, int) {
     if (!node || !node->isDataNode()) return nullptr;
-    if (occurrence < 0 || occurrence >= node->totalOccurrences) return nullptr;
+    if (occurrence < 0 || occurrence >= node->totalOccurrences || node->valueIndex < 0) {
+        return nullptr;
+    }
     if (node->getSchemaRootNode() != rootNode) return nullptr;
     return &values[node->valueIndex + occurrence];
 }

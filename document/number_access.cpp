@@ -1,9 +1,10 @@
 // Values as host numbers. The three kinds differ in the conversions they use and in the name their
 // incidents begin with.
 
+#include "zor/document.h"
+
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
-#include "zor/document.h"
 
 using zor_internal::LockHolder;
 using zor_internal::raiseError;

@@ -1,15 +1,18 @@
 // Result sets: a list while they are built, an array with a cursor afterwards.
 
+#include "zor/document.h"
+
 #include <climits>
 #include <cstdint>
 #include <cstring>
 #include <memory>
 
+#include "document/text_access.h"
 #include "foundation/string_ref.h"
 #include "incident/raise.h"
-#include "zor/document.h"
 
 using zor_internal::raiseError;
+using zor_internal::setText;
 using zor_internal::StringRef;
 
 namespace {
@@ -20,6 +23,7 @@ ZorResultPointer* recordAt(ZorListNode const* node) {
 
 // The number of records that are in the array already.
 unsigned int finalizedCount(ZorResultSet const* set) {
+    if (!set->results) return 0;
     unsigned int count = set->count;
     for (ZorListNode const* node = set->head; node; node = node->next) --count;
     return count;
@@ -80,14 +84,18 @@ ZorResultSet::~ZorResultSet() {
 }
 
 void ZorResultSet::addResult(long parentFlat, ZorSchemaNode* node, long occurrence) {
-    std::int64_t const flat = std::int64_t(node->getOccurrences()) * parentFlat + occurrence;
-    // Beyond 32 bits there are no cells: the flat occurrence stays out of range.
-    int const bounded = flat > INT_MAX ? INT_MAX : static_cast<int>(flat);
+    long flat;
+    bool const beyond = __builtin_mul_overflow(parentFlat, long(node->getOccurrences()), &flat) ||
+                        __builtin_add_overflow(flat, occurrence, &flat) || flat > INT_MAX ||
+                        flat < 0;
+    // What 31 bits do not hold is no cell's: the flat occurrence stays out of range.
+    int const bounded = beyond ? INT_MAX : static_cast<int>(flat);
     appendRecord(this,
                  std::make_unique<ZorResultPointer>(node, static_cast<int>(occurrence), bounded));
 }
 
 void ZorResultSet::combine(ZorResultSet* other) {
+    if (!other || other == this) return;
     std::unique_ptr<ZorResultSet> const source(other);
     reopen(other);
     if (!other->head) return;
@@ -151,11 +159,7 @@ ZorString* ZorResultSet::getValue() {
 
 int ZorResultSet::setValue(char const* value) {
     ZorResultPointer const* const at = current(this);
-    if (!at) return 0;
-    if (!zor_isString(value)) return document->setStringNodeValue(at->node, at->flat, value);
-    // Plain text that begins like a ZorString.
-    StringRef const text(ZorString::create(value, -1));
-    return document->setStringNodeValue(at->node, at->flat, text.get());
+    return at ? setText(document, at->node, at->flat, value) : 0;
 }
 
 void ZorResultSet::restoreDefault() {

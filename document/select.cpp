@@ -1,12 +1,13 @@
 // Walking a path over the schema's tree.
 
+#include "zor/document.h"
+
 #include <memory>
 
 #include "document/path.h"
 #include "foundation/text_argument.h"
 #include "platform/lock_holder.h"
 #include "schema/child_index.h"
-#include "zor/document.h"
 
 using zor_internal::findChild;
 using zor_internal::LockHolder;

@@ -1,15 +1,17 @@
 // Values as text.
 
+#include "document/text_access.h"
+
 #include <cstring>
 
 #include "foundation/text_argument.h"
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
 #include "types/type_text.h"
-#include "zor/document.h"
 
 using zor_internal::LockHolder;
 using zor_internal::raiseError;
+using zor_internal::setText;
 using zor_internal::textOf;
 using zor_internal::validateText;
 
@@ -20,6 +22,9 @@ ZorString* readText(ZorDocument* document, ZorSchemaNode* node, long occurrence)
     if (!cell || (cell->flags & ZorValueNode::noValue)) return nullptr;
     return node->dataType->toStringFn(cell->value);
 }
+
+// The characters of a value; null for none.
+char const* charactersOf(void const* value) { return value ? textOf(value) : nullptr; }
 
 bool isTooLong(char const* text) {
     return strnlen(text, ZorString::maxLength + 1) > ZorString::maxLength;
@@ -42,12 +47,11 @@ void storeText(ZorDataType const* type, ZorValueNode* cell, char const* text) {
 // Validates and stores; null empties the cell. The cell that was written, or null after reporting
 // why nothing was.
 ZorValueNode* writeText(ZorDocument* document, ZorSchemaNode* node, long occurrence,
-                        void const* value) {
+                        char const* text) {
     if (!node || !node->isDataNode()) {
         raiseError(nullptr, incidentInvalidArgument, "setStringNodeValue: node is not a data node");
         return nullptr;
     }
-    char const* const text = value ? textOf(value) : nullptr;
     if (text && (isTooLong(text) || !validateText(node->dataType, text))) {
         raiseError(nullptr, incidentInvalidArgument, "setStringNodeValue: value (", text,
                    ") is not valid");
@@ -70,12 +74,17 @@ ZorString* ZorDocument::getStringNodeValue(ZorSchemaNode* node, long occurrence)
     return readText(this, node, occurrence);
 }
 
-int ZorDocument::setStringNodeValue(ZorSchemaNode* node, long occurrence, void const* value) {
-    LockHolder const holder(lock);
-    ZorValueNode* const cell = writeText(this, node, occurrence, value);
+int zor_internal::setText(ZorDocument* document, ZorSchemaNode* node, long occurrence,
+                          char const* text) {
+    LockHolder const holder(document->lock);
+    ZorValueNode* const cell = writeText(document, node, occurrence, text);
     if (!cell) return 0;
     cell->flags |= ZorValueNode::changed;
     return 1;
+}
+
+int ZorDocument::setStringNodeValue(ZorSchemaNode* node, long occurrence, void const* value) {
+    return setText(this, node, occurrence, charactersOf(value));
 }
 
 ZorString* ZorDocument::nonBlockingGetStringNodeValue(ZorSchemaNode* node, long occurrence) {
@@ -85,5 +94,5 @@ ZorString* ZorDocument::nonBlockingGetStringNodeValue(ZorSchemaNode* node, long 
 void ZorDocument::nonBlockingSetStringNodeValue(ZorSchemaNode* node, long occurrence,
                                                 void const* value) {
     // Kept: the changed mark stays as it is, and no status is given.
-    writeText(this, node, occurrence, value);
+    writeText(this, node, occurrence, charactersOf(value));
 }

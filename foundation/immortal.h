@@ -1,13 +1,18 @@
-// Storage for a process-wide object that is usable before its file's static initialisers have run
-// and is never destroyed.
+// Storage for a process-wide object that serves the static objects of a host, before main and
+// after.
 //
-// References to `object` are constant expressions, so a static reference member may name it. The
-// object itself is constructed by its owner on first use. Never being destroyed, it serves the
-// static objects of a host for as long as they live.
+// References to `object` are constant expressions, so a static reference member may name it. Its
+// owner constructs it by a function that every use goes through and that also runs at load, with
+// the priority below. It is never destroyed.
 
 #pragma once
 
+#include "foundation/constinit.h"
+
 namespace zor_internal {
+
+// The priority of constructors that run before those of all ordinary static objects.
+constexpr int kBeforeStaticInitialisers = 101;
 
 template <typename T>
 union Immortal {
@@ -19,10 +24,3 @@ union Immortal {
 };
 
 } // namespace zor_internal
-
-// Makes the compiler refuse a static object that is not initialised before all code runs.
-#ifdef __clang__
-#define ZOR_CONSTINIT [[clang::require_constant_initialization]]
-#else
-#define ZOR_CONSTINIT __constinit
-#endif

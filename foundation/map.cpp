@@ -12,7 +12,10 @@
 #include "foundation/text_argument.h"
 #include "zor/string.h"
 
+using zor_internal::forEachEntry;
+using zor_internal::freeEntry;
 using zor_internal::kBucketCount;
+using zor_internal::removeEntriesIf;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
 using zor_internal::textOf;
@@ -32,22 +35,18 @@ ZorMapEntry** findLink(ZorMapEntry** map, char const* key) {
 class KeyText {
 public:
     explicit KeyText(void const* key)
-        : chars(textOf(key)), cut(isTooLong(chars) ? ZorString::create(chars, -1) : nullptr) {}
+        : chars(textOf(key)), cut(isTooLong(key) ? ZorString::create(chars, -1) : nullptr) {}
     char const* get() const { return cut ? cut.text() : chars; }
 
 private:
-    static bool isTooLong(char const* text) {
-        return strnlen(text, ZorString::maxLength + 1) > ZorString::maxLength;
+    static bool isTooLong(void const* key) {
+        return !zor_isString(key) &&
+               strnlen(textOf(key), ZorString::maxLength + 1) > ZorString::maxLength;
     }
 
     char const* chars;
     StringRef cut;
 };
-
-void freeEntry(ZorMapEntry* entry) {
-    entry->key->removeRef();
-    delete entry;
-}
 
 } // namespace
 
@@ -80,22 +79,15 @@ void zor_mapRemove(ZorMapEntry** map, void const* key) {
 ZorListNode* zor_mapValues(ZorMapEntry** map) {
     ZorListNode* first = nullptr;
     ZorListNode* last = nullptr;
-    for (unsigned i = 0; i < kBucketCount; ++i) {
-        for (ZorMapEntry const* entry = map[i]; entry; entry = entry->next) {
-            last = last ? zor_listAddNode(last, entry->value) : zor_listMake(entry->value);
-            if (!first) first = last;
-        }
-    }
+    forEachEntry(map, [&](ZorMapEntry const& entry) {
+        last = last ? zor_listAddNode(last, entry.value) : zor_listMake(entry.value);
+        if (!first) first = last;
+    });
     return first;
 }
 
 void zor_mapDelete(ZorMapEntry** map) {
-    for (unsigned i = 0; i < kBucketCount; ++i) {
-        while (ZorMapEntry* const entry = map[i]) {
-            map[i] = entry->next;
-            freeEntry(entry);
-        }
-    }
+    removeEntriesIf(map, [](ZorMapEntry const&) { return true; });
     delete[] map;
 }
 

@@ -9,6 +9,11 @@ namespace zor_internal {
 
 constexpr unsigned kBucketCount = 256;
 
+inline void freeEntry(ZorMapEntry* entry) {
+    entry->key->removeRef();
+    delete entry;
+}
+
 template <typename Visit>
 void forEachEntry(ZorMapEntry** map, Visit visit) {
     for (unsigned i = 0; i < kBucketCount; ++i) {
@@ -27,8 +32,7 @@ void removeEntriesIf(ZorMapEntry** map, Predicate isUnwanted) {
                 continue;
             }
             *link = entry->next;
-            entry->key->removeRef();
-            delete entry;
+            freeEntry(entry);
         }
     }
 }

@@ -7,7 +7,7 @@
 
 #include <cstring>
 
-#include "foundation/immortal.h"
+#include "foundation/constinit.h"
 
 constexpr ZorString::ZorString(char const* permanentText)
     : marker(-1), localBuffer{}, length(0), refCount(permanentCount), capacity(localSize),

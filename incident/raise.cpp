@@ -1,9 +1,10 @@
 // Raising and logging.
 
+#include "incident/raise.h"
+
 #include <cstdarg>
 #include <cstdio>
 
-#include "zor/incident.h"
 #include "zor/platform.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include "zor/platform.h"
 
-#include "foundation/immortal.h"
+#include "foundation/constinit.h"
 
 namespace {
 

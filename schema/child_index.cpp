@@ -27,15 +27,15 @@ void buildChildIndex(ZorSchemaNode* node) {
     for (ZorSchemaNode const* child = node->firstChild; child; child = child->next) ++count;
     if (count == 0) return;
 
-    bool const fits = count <= SHRT_MAX;
-    auto** const index = fits ? new ZorSchemaNode*[count] : nullptr;
     delete[] node->sortedChildren;
-    node->sortedChildren = index;
-    node->childCount = static_cast<short>(fits ? count : 0);
-    if (!fits) return;
-    ZorSchemaNode** at = index;
+    node->sortedChildren = nullptr;
+    node->childCount = 0;
+    if (count > SHRT_MAX) return; // more than childCount can say
+    node->sortedChildren = new ZorSchemaNode*[count];
+    node->childCount = static_cast<short>(count);
+    ZorSchemaNode** at = node->sortedChildren;
     for (ZorSchemaNode* child = node->firstChild; child; child = child->next) *at++ = child;
-    std::qsort(index, count, sizeof(ZorSchemaNode*), compareChildren);
+    std::qsort(node->sortedChildren, count, sizeof(ZorSchemaNode*), compareChildren);
 }
 
 ZorSchemaNode* findChild(ZorSchemaNode const* node, char const* name) {

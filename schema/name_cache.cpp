@@ -21,7 +21,8 @@ Semaphore& cacheLock() {
     return semaphoreStorage.object;
 }
 
-[[maybe_unused]] Semaphore& madeAtLoad = cacheLock();
+// Before the static initialisers of any program that the library is linked into.
+[[gnu::constructor(zor_internal::kBeforeStaticInitialisers)]] void makeAtLoad() { cacheLock(); }
 
 // The node that follows in a walk over `top` and all below it, parents first; null at the end.
 ZorSchemaNode const* nextInTree(ZorSchemaNode const* node, ZorSchemaNode const* top) {

@@ -1,10 +1,11 @@
 // Paths on the schema tree itself, by which definitions name parents.
 
+#include "zor/schema.h"
+
 #include <cstring>
 
 #include "foundation/list_ref.h"
 #include "incident/raise.h"
-#include "zor/schema.h"
 
 using zor_internal::ListRef;
 using zor_internal::raiseError;
@@ -78,8 +79,9 @@ NodeList findNodes(ZorSchemaNode* start, char const* path, char const* end) {
 } // namespace
 
 void ZorSchemaNode::findSubNodes(ZorListNode** result, char const* path, int length) {
+    if (!path) return;
     char const* const end =
-        path + (length == -1 ? std::strlen(path) : static_cast<std::size_t>(length));
+        path + (length < 0 ? std::strlen(path) : static_cast<std::size_t>(length));
     NodeList const found = findNodes(this, path, end);
     if (*result)
         zor_listJoin(*result, found.first);

@@ -1,5 +1,7 @@
 // Schemas: making nodes with all their checks, looking up types, copying.
 
+#include "zor/schema.h"
+
 #include <climits>
 #include <cstdint>
 #include <memory>
@@ -8,15 +10,17 @@
 #include "foundation/text_argument.h"
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
+#include "schema/document_count.h"
 #include "schema/name_cache.h"
 #include "zor/collection.h"
-#include "zor/schema.h"
 
 using zor_internal::cacheChild;
 using zor_internal::cachedChild;
 using zor_internal::forgetTree;
+using zor_internal::liveDocuments;
 using zor_internal::LockHolder;
 using zor_internal::raiseError;
+using zor_internal::stringOf;
 using zor_internal::StringRef;
 using zor_internal::textOf;
 
@@ -41,7 +45,7 @@ Refusal const* refusalOf(ZorSchemaNode const* parent, char const* name) {
     if (!parent) return &kNoParent;
     if (parent->isDataNode()) return &kParentIsData;
     ZorSchemaNode const* const root = parent->getSchemaRootNode();
-    if (root && root->documentCount > 0) return &kFrozen;
+    if (root && liveDocuments(root) > 0) return &kFrozen;
     if (cachedChild(parent, name)) return &kNameTaken;
     return nullptr;
 }
@@ -77,6 +81,13 @@ ZorSchemaNode* attach(std::unique_ptr<ZorSchemaNode> made, ZorSchemaNode* parent
     return node;
 }
 
+// A copy into what is being copied would never end.
+bool isBelow(ZorSchemaNode const* node, ZorSchemaNode const* top) {
+    do node = node->parent;
+    while (node && node != top);
+    return node != nullptr;
+}
+
 } // namespace
 
 ZorSchema::ZorSchema(ZorCollection* owner, void const* name)
@@ -94,24 +105,27 @@ ZorSchema::~ZorSchema() {
     delete rootNode;
 }
 
-ZorSchemaNode* ZorSchema::makeBranchNode(ZorSchemaNode* parent, void const* name,
+ZorSchemaNode* ZorSchema::makeBranchNode(ZorSchemaNode* parent, void const* nodeName,
                                          short occurrences) {
     LockHolder const holder(lock);
-    if (Refusal const* const refusal = refusalOf(parent, textOf(name))) {
-        return refuse("zor_branchNodeMake(", textOf(name), *refusal);
+    StringRef const name(stringOf(nodeName));
+    if (Refusal const* const refusal = refusalOf(parent, name.text())) {
+        return refuse("zor_branchNodeMake(", name.text(), *refusal);
     }
-    auto node = std::make_unique<ZorSchemaNode>(ZorSchemaNode::BRANCH_NODE, name);
+    auto node = std::make_unique<ZorSchemaNode>(ZorSchemaNode::BRANCH_NODE, name.get());
     return attach(std::move(node), parent, occurrences);
 }
 
-ZorSchemaNode* ZorSchema::makeDataNode(ZorSchemaNode* parent, void const* name, short occurrences,
-                                       ZorDataType* dataType, void const* defaultValue) {
+ZorSchemaNode* ZorSchema::makeDataNode(ZorSchemaNode* parent, void const* nodeName,
+                                       short occurrences, ZorDataType* dataType,
+                                       void const* defaultValue) {
     LockHolder const holder(lock);
-    Refusal const* refusal = refusalOf(parent, textOf(name));
+    StringRef const name(stringOf(nodeName));
+    Refusal const* refusal = refusalOf(parent, name.text());
     if (!refusal && !dataType) refusal = &kNoType;
-    if (refusal) return refuse("zor_dataNodeMake(", textOf(name), *refusal);
+    if (refusal) return refuse("zor_dataNodeMake(", name.text(), *refusal);
 
-    auto node = std::make_unique<ZorSchemaNode>(ZorSchemaNode::DATA_NODE, name);
+    auto node = std::make_unique<ZorSchemaNode>(ZorSchemaNode::DATA_NODE, name.get());
     node->flags = ZorSchemaNode::noDefault;
     node->valueIndex = -1;
     node->dataType = dataType;
@@ -135,10 +149,10 @@ ZorDataType* ZorSchema::getDataType(void const* name) {
     return ZorBuiltIn::getDataType(name);
 }
 
-short ZorSchema::documentCount() const { return rootNode->documentCount; }
+short ZorSchema::documentCount() const { return liveDocuments(rootNode); }
 
 void ZorSchema::copySchemaNode(ZorSchemaNode* from, ZorSchemaNode* toParent) {
-    if (!from || !toParent) return;
+    if (!from || !toParent || isBelow(toParent, from)) return;
     for (ZorSchemaNode const* child = from->getFirstChildNode(); child; child = child->next) {
         // A copy of the name, because the two schemas may be used by different threads.
         StringRef const name(zor_stringCopy(child->name));

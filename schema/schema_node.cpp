@@ -1,7 +1,8 @@
 // Schema nodes: life and accessors.
 
-#include "foundation/text_argument.h"
 #include "zor/schema.h"
+
+#include "foundation/text_argument.h"
 
 using zor_internal::stringOf;
 
@@ -15,8 +16,9 @@ ZorSchemaNode::ZorSchemaNode(ZorSchemaNode const& other)
     : type(other.type), name(zor_stringCopy(other.name)), next(nullptr), previous(nullptr),
       sortedChildren(nullptr), documentCount(0), firstChild(nullptr), lastChild(nullptr),
       childCount(0), parent(nullptr), occurrences(0), totalOccurrences(0), dataType(other.dataType),
-      defaultValue(other.defaultValue), valueIndex(0),
-      flags(static_cast<unsigned char>(other.flags | sharedDefault)) {}
+      defaultValue(other.defaultValue), valueIndex(0), flags(other.flags) {
+    if (isDataNode() && !(flags & noDefault)) flags |= sharedDefault;
+}
 
 ZorSchemaNode::~ZorSchemaNode() {
     if (isDataNode() && dataType && !(flags & (noDefault | sharedDefault))) {

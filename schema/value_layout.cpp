@@ -4,12 +4,15 @@
 // product of the occurrences of all branches above it. Blocks lie in depth-first order, children
 // in the order they were made.
 
+#include "zor/schema.h"
+
 #include <climits>
 
 #include "schema/child_index.h"
-#include "zor/schema.h"
+#include "schema/document_count.h"
 
 using zor_internal::buildChildIndex;
+using zor_internal::liveDocuments;
 
 namespace {
 
@@ -31,7 +34,7 @@ long add(long a, long b) {
 // While documents exist, indexes and value indexes are right and others read them: they stay.
 bool isOpen(ZorSchemaNode const* node) {
     ZorSchemaNode const* const root = node->getSchemaRootNode();
-    return !root || root->documentCount <= 0;
+    return !root || liveDocuments(root) <= 0;
 }
 
 long countCells(ZorSchemaNode* node, bool open) {
@@ -48,7 +51,7 @@ long countCells(ZorSchemaNode* node, bool open) {
 // cells counted from `first`. Returns how many cells there are.
 template <typename Visit>
 long visitBlocks(ZorSchemaNode* node, long first, long multiplier, Visit const& visit) {
-    long const count = multiplier * occurrencesOf(node);
+    long const count = multiply(multiplier, occurrencesOf(node));
     if (node->isDataNode()) {
         visit(node, first, count);
         return count;

@@ -1,12 +1,13 @@
 // The table of the built-in types, made by the first lookup.
 
+#include "zor/types.h"
+
 #include <new>
 
 #include "foundation/immortal.h"
 #include "foundation/list_ref.h"
 #include "platform/lock_holder.h"
 #include "types/builtin_makers.h"
-#include "zor/types.h"
 
 using zor_internal::ListRef;
 using zor_internal::LockHolder;
@@ -22,7 +23,8 @@ Semaphore& tableLock() {
     return semaphoreStorage.object;
 }
 
-[[maybe_unused]] Semaphore& madeAtLoad = tableLock();
+// Before the static initialisers of any program that the library is linked into.
+[[gnu::constructor(zor_internal::kBeforeStaticInitialisers)]] void makeAtLoad() { tableLock(); }
 
 } // namespace
 

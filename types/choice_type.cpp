@@ -3,12 +3,13 @@
 // The user data of a choice is its list of options, ZorStrings with one reference each; null while
 // there is none.
 
+#include "zor/types.h"
+
 #include <cstring>
 #include <string>
 
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
-#include "zor/types.h"
 
 using zor_internal::stringOf;
 using zor_internal::StringRef;

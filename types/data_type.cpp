@@ -1,8 +1,9 @@
 // The type record: construction, copying and destruction.
 
+#include "zor/types.h"
+
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
-#include "zor/types.h"
 
 using zor_internal::stringOf;
 using zor_internal::StringRef;
@@ -39,13 +40,13 @@ ZorDataType::ZorDataType(ZorDataType* other)
       freeValueFn(other->freeValueFn), setFromStringFn(other->setFromStringFn),
       toStringFn(other->toStringFn), xmlExportFn(other->xmlExportFn), flags(other->flags),
       cloneUserDataFn(other->cloneUserDataFn) {
+    StringRef const defaultText(zor_dataTypeDefault(other));
+    if (defaultText) defaultValue = fromStringFn(defaultText.text());
     for (int i = 0; i < 3; ++i) extFuncs[i] = other->extFuncs[i];
     if (cloneUserDataFn)
         userData = cloneUserDataFn(userData);
-    else
+    else if (userData && freeUserDataFn)
         flags |= sharedUserData;
-    StringRef const defaultText(zor_dataTypeDefault(other));
-    if (defaultText) defaultValue = fromStringFn(defaultText.text());
     name = stringOf(other->name);
 }
 

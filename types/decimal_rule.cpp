@@ -1,9 +1,8 @@
-// Validation of decimal numbers by their digits alone, so that no number overflows on the way.
+#include "types/decimal_rule.h"
 
 #include <cstring>
 
 #include "foundation/ascii.h"
-#include "types/number_value.h"
 
 int zor_internal::decimalIsValid(char const* text, char const* signs, char const* limit) {
     if (*text && std::strchr(signs, *text)) ++text;

@@ -2,8 +2,6 @@
 
 #include "types/number_text.h"
 
-#include <strings.h>
-
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -34,6 +32,14 @@ Decimal decimalFromText(char const* text) {
     return result;
 }
 
+// Whether the text begins with the lower-case word, in any case.
+bool beginsWith(char const* text, char const* word) {
+    for (; *word; ++text, ++word) {
+        if ((*text | 0x20) != *word) return false;
+    }
+    return true;
+}
+
 bool isHexDigit(char c) { return isDigit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
 
 // The end of digits, perhaps with a point and an exponent; `text` itself when there is no digit.
@@ -60,7 +66,7 @@ char const* endOfNumber(char const* text, bool hexadecimal) {
 // other than 0 stands before the point, the exponent applied.
 bool isTooLarge(char const* text, char const* end, bool hexadecimal) {
     char const* const marks = hexadecimal ? "pP" : "eE";
-    long position = 0;
+    std::int64_t position = 0;
     bool fraction = false;
     bool significant = false;
     for (; text < end && !std::strchr(marks, *text); ++text) {
@@ -72,7 +78,7 @@ bool isTooLarge(char const* text, char const* end, bool hexadecimal) {
         if (!fraction && significant) ++position;
         if (fraction && !significant) --position;
     }
-    long const exponent = text < end ? intFromText(text + 1) : 0;
+    std::int64_t const exponent = text < end ? intFromText(text + 1) : 0;
     return position * (hexadecimal ? 4 : 1) + exponent > 0;
 }
 
@@ -92,12 +98,12 @@ bool readFinite(char const* text, double* number) {
 // Reads "inf", "infinity" and "nan" in any case. A text that goes on from "inf" towards "infinity"
 // and does not reach it is no number, as scanf has it.
 bool readNonFinite(char const* text, double* number) {
-    if (strncasecmp(text, "inf", 3) == 0) {
+    if (beginsWith(text, "inf")) {
         *number = std::numeric_limits<double>::infinity();
-        return (text[3] != 'i' && text[3] != 'I') || strncasecmp(text, "infinity", 8) == 0;
+        return (text[3] != 'i' && text[3] != 'I') || beginsWith(text, "infinity");
     }
     *number = std::numeric_limits<double>::quiet_NaN();
-    return strncasecmp(text, "nan", 3) == 0;
+    return beginsWith(text, "nan");
 }
 
 template <typename... Arguments>

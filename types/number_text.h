@@ -19,7 +19,7 @@ std::uint32_t uintFromText(char const* text);
 
 // Reads like scanf's "%lg". The result is scanf's: 1 with the number stored, 0 when the text does
 // not begin with a number, -1 when there is nothing but white space. What follows the number is
-// ignored.
+// ignored. "0x." is not a number here, and parentheses behind "nan" are not looked at.
 int floatFromText(char const* text, double* value);
 
 // Like printf's "%ld", "%lu" and "%.15g". New reference.

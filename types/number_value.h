@@ -65,8 +65,4 @@ inline int numberCompareUInt(void*, u_zorItemValue a, u_zorItemValue b) {
     return compareNumbers(a.uintValue, b.uintValue);
 }
 
-// The decimal rule of "int" and "uint": an optional sign out of `signs`, then digits whose value
-// does not pass `limit`, a text of ten digits. Leading zeros never count.
-int decimalIsValid(char const* text, char const* signs, char const* limit);
-
 } // namespace zor_internal

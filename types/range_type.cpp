@@ -1,12 +1,13 @@
 // Ranges: an interval, bounds included, of an ordered base type.
 
+#include "types/range_params.h"
+
 #include <string>
 
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
 #include "incident/raise.h"
 #include "types/number_text.h"
-#include "types/range_params.h"
 #include "types/type_text.h"
 
 using zor_internal::compareText;

@@ -1,11 +1,27 @@
 // Named sets of types.
 
+#include "zor/types.h"
+
 #include "foundation/list_ref.h"
 #include "platform/lock_holder.h"
-#include "zor/types.h"
+#include "types/range_params.h"
 
 using zor_internal::ListRef;
 using zor_internal::LockHolder;
+
+namespace {
+
+// A range over a type of the same list goes on with that type's copy: the copies must not depend
+// on types that die with another set.
+void rebindToCopy(ZorDataTypeCollection* set, ZorListNode* sources, ZorDataType const* source) {
+    auto* const copy = static_cast<ZorDataType*>(zor_mapGet(set->types, source->name));
+    ZorDataType* const base = zor_rangeBaseType(copy);
+    if (!base || !zor_listFindNode(sources, base, nullptr)) return;
+    auto* const params = static_cast<RangeParams*>(copy->userData);
+    params->baseType = static_cast<ZorDataType*>(zor_mapGet(set->types, base->name));
+}
+
+} // namespace
 
 ZorDataTypeCollection::ZorDataTypeCollection() : typesSem(1, 1, false), types(zor_mapMake()) {}
 
@@ -14,6 +30,9 @@ ZorDataTypeCollection::ZorDataTypeCollection(ZorListNode* list) : ZorDataTypeCol
     for (ZorListNode const* node = list; node; node = node->next) {
         auto* const copy = new ZorDataType(static_cast<ZorDataType*>(node->value));
         if (!ZorDataTypeCollection::addDataType(copy)) delete copy;
+    }
+    for (ZorListNode const* node = list; node; node = node->next) {
+        rebindToCopy(this, list, static_cast<ZorDataType const*>(node->value));
     }
 }
 

@@ -1,9 +1,10 @@
 // The generic operations, through which everything else uses a type.
 
+#include "zor/types.h"
+
 #include "foundation/text_argument.h"
 #include "types/number_value.h"
 #include "types/type_text.h"
-#include "zor/types.h"
 
 using zor_internal::compareText;
 using zor_internal::intValueOf;

@@ -1,6 +1,7 @@
 // "uint": unsigned, 32 bits.
 
 #include "types/builtin_makers.h"
+#include "types/decimal_rule.h"
 #include "types/number_text.h"
 #include "types/number_value.h"
 

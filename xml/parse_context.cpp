@@ -68,6 +68,9 @@ bool storeAttributes(ZORParseContext* context, char const* elementName, char con
             return false;
         }
         if (!context->attributes) context->attributes = zor_mapMake();
+        auto* const earlier =
+            static_cast<ZorString*>(zor_mapGet(context->attributes, accepted->value));
+        if (earlier) earlier->removeRef();
         zor_mapSet(context->attributes, accepted->value, ZorString::create(value, -1));
     }
     return true;
@@ -97,7 +100,6 @@ void zor_internal::raiseTooLong(ZORParseContext const* context, char const* elem
 }
 
 void zor_internal::disregard(ZORParseContext* context) {
-    releaseAttributes(context);
     releaseText(context);
     context->parseRules = nullptr;
 }

@@ -7,6 +7,7 @@
 #include <new>
 #include <string>
 
+#include "collection/leftovers.h"
 #include "incident/raise.h"
 #include "xml/event_handlers.h"
 #include "zor/collection.h"
@@ -77,16 +78,9 @@ void addDefinitionRules(ZORParseContext* root, ZorCollection* collection) {
     zor_XMLParseRulesAddInnerRules(root->parseRules, zor_getZORParseRules(collection));
 }
 
-// Puts fresh rules in the place of the old ones, which may hold what an unfinished input left
-// half-built.
-void renewDefinitionRules(ZORParseContext* root) {
-    ZorListNode* const inner = root->parseRules->innerRules;
-    auto* const old = static_cast<ZorElementParseRules*>(inner->value);
-    auto* const collection = static_cast<ZorCollection*>(zor_XMLParseRulesGetElementUserData(old));
-    root->parseRules->innerRules = nullptr;
-    zor_listDelete(inner);
-    zor_XMLParseRulesRemoveRef(old);
-    addDefinitionRules(root, collection);
+// The rules of the definition language, which the constructor put first.
+ZorElementParseRules* definitionRulesOf(ZORParseContext const* root) {
+    return static_cast<ZorElementParseRules*>(root->parseRules->innerRules->value);
 }
 
 } // namespace
@@ -115,7 +109,7 @@ void ZorXmlParser::reset(ZorCollection*) {
     XML_ParserFree(expatParser);
     expatParser = nullptr;
     closeContexts(this, rootContext);
-    renewDefinitionRules(rootContext);
+    zor_internal::releaseLeftovers(definitionRulesOf(rootContext));
     if (incidentContext) incidentContext->setMaxIncidentSeverity(severityNone);
     expatParser = makeExpat(&currentContext);
 }

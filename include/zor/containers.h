@@ -2,7 +2,8 @@
 //
 // Neither owns its values: they are never freed here. A list is a pointer to its first node, the
 // empty list is null. A map is an array of 256 bucket heads; its keys are ZorStrings, of which it
-// holds one reference each, or plain texts, of which it makes strings.
+// holds one reference each, or plain texts, of which it makes strings. Keys are compared up to the
+// NUL, case and all; of a plain text only the first 65534 characters count.
 //
 //     ZorMapEntry** map = zor_mapMake();
 //     zor_mapSet(map, "volume", &volume);
@@ -50,6 +51,7 @@ ZOR_API ZorListNode* zor_listFindNode(ZorListNode* list, void const* key,
 ZOR_API ZorListNode* zor_listNextNode(ZorListNode const* node);
 ZOR_API ZorListNode* zor_listPrevNode(ZorListNode const* node);
 
+// The value of a node. Borrowed: the list never owns its values.
 // REQUIRES: `node` is not null.
 ZOR_API void* zor_listGetValue(ZorListNode const* node);
 ZOR_API void zor_listSetValue(ZorListNode* node, void* value);

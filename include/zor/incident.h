@@ -38,7 +38,7 @@ enum incidentType : int {
     incidentXmlStructure = 5,    // element or attribute where it is not allowed
 };
 
-// Appends a dynamic description of a frame to the text.
+// Appends a dynamic description of a frame to the text. It must not push or pop frames.
 using ZorIncidentRender = void (*)(std::string& out, void* data);
 // Receives every incident that is let through.
 using ZorLoggingFunction = void (*)(severity sev, std::string& message);
@@ -79,7 +79,8 @@ public:
 
 // Raises one incident whose message is the context (if `ctx` is not null) and the `count` texts,
 // `text` first, joined as they stand; a null text adds nothing. The severity is noted in the
-// context even when nothing is logged.
+// context even when nothing is logged. A count below 1 leaves the context alone in the message.
+// REQUIRES: `ctx` is null or a root; as many texts are passed as `count` says.
 ZOR_API void zor_raiseIncident(ZorIncidentContext* ctx, severity sev, incidentType type, int count,
                                char const* text, ...);
 

@@ -26,7 +26,8 @@ public:
     ~Semaphore();
 
     // Takes one unit. `timeout` -1 (or any negative number) waits without limit, 0 does not wait,
-    // a positive number waits that many milliseconds. 1 when a unit was taken, 0 when not.
+    // a positive number waits that many milliseconds by the wall clock, so that setting the clock
+    // changes the wait. 1 when a unit was taken, 0 when not.
     int take(int timeout);
 
     // Gives one unit back and wakes one waiter, if any. 1, or 0 when the maximum is available
@@ -39,6 +40,7 @@ private:
     int maximum;
 };
 
+// Hosts derive from it; it is never deleted through a pointer to this class.
 class ZOR_API TraceProfile {
 public:
     // Non-zero when trace output of this level is wanted for the profile of that name. This one

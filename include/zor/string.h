@@ -32,7 +32,8 @@ public:
     // pairs follow as `char const*` and `int`. A null text is skipped, a length of -1 means up to
     // the NUL, any other length below 1 adds nothing. The new string has one reference and is
     // never replaced by a permanent one.
-    // REQUIRES: a string on which a mutator or `removeRef` is called lives on the heap.
+    // REQUIRES: a string on which a mutator or `removeRef` is called, or that is passed where a
+    // reference is added to it (as a name or key), lives on the heap.
     ZorString(int count, char const* text, int length, ...);
 
     // An independent copy with one reference, also of a permanent string.

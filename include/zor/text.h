@@ -20,8 +20,8 @@
 ZOR_API int skipSpace(char** cursor);
 
 // Reads a run of decimal digits (no sign, no white space before it; no overflow check: the number
-// wraps). 1 with the number stored and the cursor behind the digits; 0 when there is no digit,
-// with both untouched.
+// wraps at the width of the host's long). 1 with the number stored and the cursor behind the
+// digits; 0 when there is no digit, with both untouched.
 ZOR_API int readUInt(char** cursor, long* value);
 
 // 1 and the cursor behind `token` when the text begins with it; 0 and the cursor untouched when
@@ -35,13 +35,14 @@ ZOR_API int skipToken(char** cursor, char const* token);
 ZOR_API ZorString* escapeCData(void const* text);
 
 // Undoes what escaping does to the empty text, entities being the XML tokenizer's business: two
-// double-quote characters give the empty string, any other text a copy of itself, no text (null or
-// no characters) null. New reference.
+// double-quote characters give the empty string, any other text a copy of itself (plain text cut to
+// 65534 characters), no text (null or no characters) null. New reference.
 ZOR_API ZorString* unescapeCData(void const* text);
 
 // Reads a dotted quad of four decimal numbers below 256, of 1 to 3 digits each (leading zeros are
 // decimal, too). 1 with the address stored, the first number as the most significant byte; 0 with
 // `*address` untouched.
+// REQUIRES: `text` is not null.
 ZOR_API int parseIpAddress(char const* text, unsigned long* address);
 
 // Where export writes to. A host may implement its own.
@@ -62,7 +63,7 @@ public:
 
     void writeData(char const* data, int length) override;
 
-    // A copy of the text written so far.
+    // A copy of the text written so far, up to its first NUL.
     std::string getValue();
 
     char* begin;  // localBuffer or a heap block

@@ -13,7 +13,8 @@
 //
 // Numbers are 32 bits wide on every host, and are read and written the same in every locale.
 //
-// Names, defaults and value texts given as `void const*` are a ZorString or plain text.
+// Names, defaults and value texts given as `void const*` are a ZorString or plain text; a null name
+// or value text counts as the empty one.
 //
 // Threads: a type is made by one thread and then only read. The sets of types have locks of their
 // own.
@@ -78,7 +79,7 @@ public:
     static constexpr unsigned char noDefault = 1;
     static constexpr unsigned char isRange = 2;
     static constexpr unsigned char isChoice = 4;
-    static constexpr unsigned char sharedUserData = 8; // a copy's, which it does not release
+    static constexpr unsigned char sharedUserData = 8; // a copy's, and not its own to release
 
     // A type of these functions. A null `defaultText` means no default; otherwise the default is
     // made from it with `fromString`, and is not validated. Adds a reference to a ZorString name.
@@ -89,8 +90,10 @@ public:
                 ZorSetFromStringFn setFromString, ZorToStringFn toString,
                 ZorCloneUserDataFn cloneUserData);
 
-    // An independent copy; its default is read again from its text. Without cloneUserDataFn the
-    // copy shares the user data, which stays `other`'s to release.
+    // An independent copy, except that it shares the name string; its default is read again from
+    // its text. Without cloneUserDataFn the copy also shares the user data, which stays `other`'s
+    // to release. REQUIRES: `other` outlives a copy that shares user data which has a
+    // freeUserDataFn.
     explicit ZorDataType(ZorDataType* other);
     ZorDataType(ZorDataType const&) = delete;
     ZorDataType& operator=(ZorDataType const&) = delete;
@@ -114,13 +117,15 @@ public:
 };
 
 // A type with the value functions of `base` and nothing else of it: no validation, comparison,
-// host conversions or export. New reference.
+// host conversions or export. Takes ownership of the user data when `freeUserData` is set; adds a
+// reference to a ZorString name. New reference.
+// REQUIRES: `base` is not null.
 ZOR_API ZorDataType* zor_derivedTypeMake(void const* name, void const* defaultText, void* userData,
                                          ZorValidateFn validate, ZorCompareFn compare,
                                          ZorFreeUserDataFn freeUserData, ZorDataType* base,
                                          ZorCloneUserDataFn cloneUserData);
 
-// In all of the following the type must not be null.
+// For all of the following: REQUIRES: the type is not null.
 
 // Non-zero when the text is valid for the type; 1 when the type has no validation.
 ZOR_API int zor_dataTypeValidate(ZorDataType* type, void const* value);
@@ -139,7 +144,7 @@ ZOR_API int zor_dataTypeCompareFloat(ZorDataType* type, double a, double b);
 
 // The text of the default, or null when there is none. New reference.
 ZOR_API ZorString* zor_dataTypeDefault(ZorDataType* type);
-// Borrowed as long as the type lives.
+// The type's name. Borrowed as long as the type lives.
 ZOR_API char const* zor_dataTypeName(ZorDataType* type);
 // Sets the conversions of one host kind. A kind outside 0 to 2 is ignored.
 ZOR_API void zor_dataTypeSetConversionFuncs(ZorDataType* type, ZorExternalDataType ext,
@@ -147,8 +152,10 @@ ZOR_API void zor_dataTypeSetConversionFuncs(ZorDataType* type, ZorExternalDataTy
                                             ZorSetInternalFn setInternal,
                                             ZorGetExternalFn getExternal, ZorExtValidateFn validate,
                                             ZorExtCompareFn compare);
+// Non-zero for a range, and for a choice.
 ZOR_API int zor_datatypeIsRange(ZorDataType* type);
 ZOR_API int zor_datatypeIsChoice(ZorDataType* type);
+// Sets the function that zor_dataTypeExportXML calls; null for none.
 ZOR_API void zor_dataTypeSetXmlExportFn(ZorDataType* type, ZorXmlExportFn exportFn);
 // Writes the type's definition; nothing for built-in and plain derived types.
 ZOR_API void zor_dataTypeExportXML(ZorDataWriter* writer, ZorDataType* type);
@@ -166,8 +173,9 @@ public:
     static void makeBuiltInTypes();
 
     // Destroys the table, if there is one; for a host that shuts down. Every type handed out
-    // before is invalid from then on, and so is every range over one. The next lookup makes a new
-    // table.
+    // before is invalid from then on, and so is every range over one; choices and derived types
+    // stay usable. The next lookup makes a new table.
+    // REQUIRES: no collection lives: each has a node of type "string".
     static void deleteBuiltInTypes();
 
     static ZorMapEntry** builtInTypes; // name to ZorDataType*, owned; null while there is no table
@@ -178,18 +186,23 @@ public:
 
 // A choice without options, which accepts no text. New reference.
 ZOR_API ZorDataType* zor_choiceMake(void const* name);
-// Appends an option (duplicates are kept); the first one becomes the default, for good. Adds a
-// reference to a ZorString option.
+// Appends an option (duplicates are kept, null is the empty text); the first one becomes the
+// default, for good. Adds a reference to a ZorString option.
 // REQUIRES: `choice` was made by zor_choiceMake.
 ZOR_API void zor_choiceAddOption(ZorDataType* choice, void const* option);
 // Calls `callback` with every option in order, index from 0. The number of options; 0 when the
 // type is not a choice.
+// REQUIRES: `callback` is not null.
 ZOR_API int zor_choiceEnumerate(ZorDataType* type, void (*callback)(int index, char const* text));
 
 // The range of `base` values from `min` to `max`, both included; its default is `min`. Null with
-// one incident (severity 3, type 2) when the base has no order ("... is not suitable for a
-// range"), when max is below min, or when a bound is not valid for the base, checked in that order.
-// The base is not owned and must outlive the range. New reference.
+// one incident (no context, severity 3, type 2), checked in this order:
+// - "zor_rangeMake(NAME): baseType (BASE) is not suitable for a range": the base has no order;
+// - "zor_rangeMake(NAME): max value must be greater than or equal to min value";
+// - "zor_rangeMake(NAME): min value (MIN) is not valid" for the base, then the same for max.
+// Adds a reference to a name and bounds that are ZorStrings. A float that is not a number compares
+// as equal to every bound, and so lies within every range. New reference.
+// REQUIRES: `base` is not null and outlives the range and its copies.
 ZOR_API ZorDataType* zor_rangeMake(ZorDataType* base, void const* name, void const* min,
                                    void const* max);
 // The texts of the bounds and the base; null when the type is not a range. Borrowed as long as the
@@ -203,8 +216,9 @@ ZOR_API ZorDataType* zor_rangeBaseType(ZorDataType* type);
 class ZOR_API ZorDataTypeCollection {
 public:
     ZorDataTypeCollection();
-    // A set of copies of the types in the list; of two with one name, the first. Takes ownership
-    // of the list, not of its types.
+    // A set of copies of the types in the list; of two with one name, the first. The copy of a
+    // range over a type in the list is a range over that type's copy. Takes ownership of the list,
+    // not of its types.
     explicit ZorDataTypeCollection(ZorListNode* list);
     ZorDataTypeCollection(ZorDataTypeCollection const&) = delete;
     ZorDataTypeCollection& operator=(ZorDataTypeCollection const&) = delete;
@@ -218,7 +232,7 @@ public:
     // Borrowed as long as the set lives.
     virtual ZorDataType* getDataType(void const* name);
 
-    // All types, in no particular order; null when there are none. New reference: the caller frees
+    // All types, in the order of the map; null when there are none. New reference: the caller frees
     // the list with zor_listDelete, never the types. Must not run while types are added.
     ZorListNode* getDataTypes() const;
 

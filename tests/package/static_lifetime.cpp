@@ -15,6 +15,17 @@ void require(bool condition, char const* what) {
     std::_Exit(1);
 }
 
+// Touches the process-wide objects themselves, before any function of the library has run.
+struct UsesLocks {
+    UsesLocks() {
+        ZorBuiltIn::builtInTypesSem.take(-1);
+        ZorBuiltIn::builtInTypesSem.give();
+        ZorSchema::sNodeMapSema4.take(-1);
+        require(ZorSchema::sNodeMap.begin() == ZorSchema::sNodeMap.end(), "the cache is there");
+        ZorSchema::sNodeMapSema4.give();
+    }
+};
+
 class UsesEverything {
 public:
     UsesEverything() : store("early") {
@@ -43,6 +54,7 @@ private:
     ZorCollection store;
 };
 
+UsesLocks locks;
 UsesEverything early;
 
 } // namespace
