@@ -1,0 +1,327 @@
+// Select compared with slower ways of finding the same.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <set>
+
+#include "tests/document/store.h"
+#include "tests/support/incidents.h"
+
+namespace {
+
+class SelectWalk : public testing::Test {
+protected:
+    IncidentLog log;
+};
+
+struct Step {
+    bool descendant;
+    std::string name;
+    int occurrence;
+};
+
+struct Hit {
+    ZorSchemaNode* node;
+    int occurrence;
+    long flat;
+};
+
+bool isBlank(char c) { return std::strchr(" \t\n\v\f\r", c) != nullptr; }
+
+// The number in a predicate, from 1; 0 when it is malformed.
+long numberIn(std::string inside) {
+    while (!inside.empty() && isBlank(inside[0])) inside.erase(0, 1);
+    long number = 0;
+    std::size_t digits = 0;
+    for (; digits < inside.size() && !isBlank(inside[digits]); ++digits) {
+        if (inside[digits] < '0' || inside[digits] > '9') return 0;
+        number = number * 10 + (inside[digits] - '0');
+        if (number > 1000000) return 1000001; // no test has that many occurrences
+    }
+    return number;
+}
+
+// The steps of the path; none when it is malformed.
+std::vector<Step> dullParse(std::string rest) {
+    std::vector<Step> steps;
+    while (!rest.empty()) {
+        std::size_t const slashes = std::min(rest.find_first_not_of('/'), rest.size());
+        if (slashes >= 3) return {};
+        rest.erase(0, slashes);
+        Step step{slashes == 2, rest.substr(0, rest.find_first_of("[/")), -1};
+        rest.erase(0, step.name.size());
+        if (!rest.empty() && rest[0] == '[') {
+            std::size_t const close = rest.find(']');
+            if (close == std::string::npos) return {};
+            long const number = numberIn(rest.substr(1, close - 1));
+            if (number == 0) return {};
+            step.occurrence = static_cast<int>(number - 1);
+            rest.erase(0, close + 1);
+        }
+        steps.push_back(step);
+    }
+    if (steps.size() > 31) steps.clear();
+    return steps;
+}
+
+void addMatch(std::vector<Hit>& found, long parentFlat, ZorSchemaNode* node, int wanted) {
+    for (int own = 0; own < node->occurrences; ++own) {
+        if (wanted == -1 || wanted == own) {
+            found.push_back({node, own, parentFlat * node->occurrences + own});
+        }
+    }
+}
+
+std::vector<Hit> dullStep(std::vector<Hit> const& context, Step const& step, bool last) {
+    bool const wildcard = !step.name.empty() && step.name[0] == '*';
+    std::vector<Hit> found;
+    for (Hit const& entry : context) {
+        ZorSchemaNode* const first = entry.node->isDataNode() ? nullptr : entry.node->firstChild;
+        for (ZorSchemaNode* child = first; child; child = child->next) {
+            bool const matches = wildcard || step.name == child->getName();
+            if (!wildcard && !step.descendant) {
+                if (matches) addMatch(found, entry.flat, child, step.occurrence);
+                continue;
+            }
+            if (matches && (child->isBranchNode() || last)) {
+                addMatch(found, entry.flat, child, step.occurrence);
+            }
+            if (!step.descendant || !child->isBranchNode()) continue;
+            for (int own = 0; own < child->occurrences; ++own) {
+                long const flat = entry.flat * child->occurrences + own;
+                std::vector<Hit> const below = dullStep({{child, own, flat}}, step, last);
+                if (below.empty()) break;
+                found.insert(found.end(), below.begin(), below.end());
+            }
+        }
+    }
+    return found;
+}
+
+std::string dullSelect(ZorSchemaNode* root, std::string const& path) {
+    std::vector<Step> const steps = dullParse(path);
+    if (steps.empty()) return "";
+    std::vector<Hit> hits{{root, 0, 0}};
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        hits = dullStep(hits, steps[i], i + 1 == steps.size());
+    }
+    std::string text;
+    for (Hit const& hit : hits) {
+        text += pathOf(hit.node) + '[' + std::to_string(hit.occurrence + 1) + "]@" +
+                std::to_string(hit.flat) + ' ';
+    }
+    return text;
+}
+
+class Chance {
+public:
+    explicit Chance(unsigned seed) : random(seed) {}
+    std::size_t below(std::size_t limit) {
+        return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
+    }
+    template <std::size_t count>
+    char const* of(char const* const (&choices)[count]) {
+        return choices[below(count)];
+    }
+
+    std::mt19937 random;
+};
+
+// A path that mostly makes sense.
+std::string likelyPath(Chance& chance) {
+    static char const* const names[] = {"a", "b", "c", "d", "*", "*", "*x", "", "ab"};
+    static char const* const separators[] = {"/", "/", "/", "/", "//", "//", "///"};
+    static char const* const predicates[] = {"[1]", "[2]", "[ 2 ]", "[3 x]", "[1]", "[2]",
+                                             "[0]", "[]",  "[x]",   "[2",    "[9]", "[1]b"};
+    std::string path;
+    std::size_t const steps = 1 + chance.below(4);
+    for (std::size_t i = 0; i < steps; ++i) {
+        if (i > 0 || chance.below(2)) path += separators[chance.below(i > 0 ? 6 : 7)];
+        path += names[chance.below(chance.below(3) ? 6 : 9)];
+        if (chance.below(4) == 0) path += predicates[chance.below(chance.below(3) ? 6 : 12)];
+    }
+    return path;
+}
+
+// A path of any characters that mean something.
+std::string wildPath(Chance& chance) {
+    static char const characters[] = "ab*/[]12 ";
+    std::string path;
+    for (std::size_t i = chance.below(10); i > 0; --i) {
+        path += characters[chance.below(sizeof characters - 1)];
+    }
+    return path;
+}
+
+// Every occurrence of every node, its parents' occurrences in front of it.
+struct Instance {
+    ZorSchemaNode* node;
+    std::vector<int> occurrences; // from the root's child down, from 1
+
+    long flat() const {
+        long flat = 0;
+        ZorSchemaNode const* at = node;
+        long weight = 1;
+        for (std::size_t i = occurrences.size(); i-- > 0; at = at->parent) {
+            flat += weight * (occurrences[i] - 1);
+            weight *= at->occurrences;
+        }
+        return flat;
+    }
+
+    // The path that selects exactly this.
+    std::string path() const {
+        std::string text;
+        ZorSchemaNode const* at = node;
+        for (std::size_t i = occurrences.size(); i-- > 0; at = at->parent) {
+            text = '/' + (at->getName() + ('[' + std::to_string(occurrences[i]) + ']')) + text;
+        }
+        return text;
+    }
+};
+
+void enumerate(ZorSchemaNode* node, std::vector<int>& occurrences, std::vector<Instance>& out) {
+    for (ZorSchemaNode* child = node->firstChild; child; child = child->next) {
+        for (int own = 1; own <= child->occurrences; ++own) {
+            occurrences.push_back(own);
+            out.push_back({child, occurrences});
+            enumerate(child, occurrences, out);
+            occurrences.pop_back();
+        }
+    }
+}
+
+std::vector<Instance> instancesOf(ZorSchemaNode* root) {
+    std::vector<Instance> instances;
+    std::vector<int> occurrences;
+    enumerate(root, occurrences, instances);
+    return instances;
+}
+
+} // namespace
+
+TEST_F(SelectWalk, TheDullWalkKnowsTheRules) {
+    Shape const shape("a*2{b*2:int} b{a{c:int}}");
+    EXPECT_EQ(dullSelect(shape.root(), "a/b[2]"), "a/b[2]@1 a/b[2]@3 ");
+    EXPECT_EQ(dullSelect(shape.root(), "//a/c"), "b/a/c[1]@0 ");
+    EXPECT_EQ(dullSelect(shape.root(), "a[ 2 ]"), "a[2]@1 ");
+    EXPECT_EQ(dullSelect(shape.root(), "a[2"), "");
+}
+
+TEST_F(SelectWalk, AgreesOnLikelyPaths) {
+    Chance chance(3);
+    int withResults = 0;
+    for (int round = 0; round < 150; ++round) {
+        std::string const text = randomShape(chance.random, 4, {1, 2, 3, 2, 1, 0, -2});
+        Store store(text);
+        for (int i = 0; i < 60; ++i) {
+            std::string const path = likelyPath(chance);
+            std::string const expected = dullSelect(store.shape.root(), path);
+            ASSERT_EQ(store.select(path.c_str()), expected) << path << " in " << text;
+            withResults += !expected.empty();
+        }
+    }
+    EXPECT_GT(withResults, 1500);
+}
+
+TEST_F(SelectWalk, AgreesOnWildPaths) {
+    Chance chance(4);
+    int withResults = 0;
+    for (int round = 0; round < 50; ++round) {
+        std::string const text = randomShape(chance.random, 3, {1, 2, 3});
+        Store store(text);
+        for (int i = 0; i < 300; ++i) {
+            std::string const path = wildPath(chance);
+            std::string const expected = dullSelect(store.shape.root(), path);
+            ASSERT_EQ(store.select(path.c_str()), expected) << path << " in " << text;
+            withResults += !expected.empty();
+        }
+    }
+    EXPECT_GT(withResults, 300);
+}
+
+// Every cell is given its own full path as value; the path then selects that cell alone.
+TEST_F(SelectWalk, AFullPathReachesExactlyItsCell) {
+    Chance chance(5);
+    std::size_t cells = 0;
+    for (int round = 0; round < 60; ++round) {
+        std::string const text = randomShape(chance.random, 4, {1, 2, 3, 0});
+        Shape shape(text);
+        for (ZorSchemaNode* const node : nodesBelow(shape.root())) {
+            if (!node->isDataNode() || node->flags & ZorSchemaNode::noDefault) continue;
+            node->dataType->freeValueFn(node->defaultValue);
+            node->flags |= ZorSchemaNode::noDefault;
+        }
+        for (ZorSchemaNode* const node : nodesBelow(shape.root())) {
+            if (node->isDataNode()) node->dataType = ZorBuiltIn::getDataType("string");
+        }
+        ZorDocument document(&shape.schema, "document");
+        std::vector<Instance> const instances = instancesOf(shape.root());
+        for (Instance const& instance : instances) {
+            if (!instance.node->isDataNode()) continue;
+            ASSERT_EQ(document.setStringNodeValue(instance.node, instance.flat(),
+                                                  instance.path().c_str()),
+                      1);
+            ++cells;
+        }
+        for (Instance const& instance : instances) {
+            std::unique_ptr<ZorResultSet> const results(document.select(instance.path().c_str()));
+            ASSERT_EQ(results->getResultCount(), 1U) << instance.path() << " in " << text;
+            ASSERT_EQ(results->getDefinition(), instance.node);
+            ASSERT_EQ(results->results[0]->flat, instance.flat()) << instance.path();
+            ASSERT_EQ(results->getOccurrence(), instance.occurrences.back());
+            if (!instance.node->isDataNode()) continue;
+            ASSERT_EQ(taken(results->getValue()), instance.path()) << text;
+        }
+    }
+    EXPECT_GT(cells, 1000U);
+}
+
+// Without "//", a path selects exactly the instances whose steps match, each once.
+TEST_F(SelectWalk, APathWithoutDescendantsIsAFilter) {
+    Chance chance(6);
+    static char const* const names[] = {"a", "b", "c", "d", "*"};
+    static char const* const predicates[] = {"", "", "[1]", "[2]"};
+    int withResults = 0;
+    for (int round = 0; round < 100; ++round) {
+        std::string const text = randomShape(chance.random, 4, {1, 2, 3});
+        Store store(text);
+        std::vector<Instance> const instances = instancesOf(store.shape.root());
+        for (int i = 0; i < 30; ++i) {
+            std::vector<Step> steps(1 + chance.below(3));
+            std::string path;
+            for (Step& step : steps) {
+                std::string const predicate = chance.of(predicates);
+                step = {false, chance.of(names), predicate.empty() ? 0 : predicate[1] - '0'};
+                path += '/' + step.name + predicate;
+            }
+            std::multiset<std::string> expected;
+            for (Instance const& instance : instances) {
+                if (instance.occurrences.size() != steps.size()) continue;
+                bool matches = true;
+                ZorSchemaNode const* at = instance.node;
+                for (std::size_t s = steps.size(); s-- > 0; at = at->parent) {
+                    if (steps[s].name != "*" && steps[s].name != at->getName()) matches = false;
+                    int const wanted = steps[s].occurrence;
+                    if (wanted && wanted != instance.occurrences[s]) matches = false;
+                }
+                if (matches) expected.insert(instance.path());
+            }
+            std::multiset<std::string> selected;
+            std::unique_ptr<ZorResultSet> const results(store.document.select(path.c_str()));
+            for (; !results->eof(); results->next()) {
+                ZorResultPointer const& result = *results->results[results->cursor];
+                auto const same = std::find_if(
+                    instances.begin(), instances.end(), [&result](Instance const& instance) {
+                        return instance.node == result.node && instance.flat() == result.flat;
+                    });
+                ASSERT_NE(same, instances.end()) << path << " in " << text;
+                selected.insert(same->path());
+            }
+            ASSERT_EQ(selected, expected) << path << " in " << text;
+            withResults += !expected.empty();
+        }
+    }
+    EXPECT_GT(withResults, 500);
+}
