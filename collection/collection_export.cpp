@@ -5,6 +5,7 @@
 #include "collection/default_schema.h"
 #include "foundation/list_ref.h"
 #include "foundation/string_ref.h"
+#include "foundation/write_text.h"
 #include "incident/raise.h"
 #include "zor/collection.h"
 
@@ -12,24 +13,21 @@ using zor_internal::isDefaultSchema;
 using zor_internal::ListRef;
 using zor_internal::raiseError;
 using zor_internal::StringRef;
+using zor_internal::writeText;
 
 namespace {
-
-void write(ZorDataWriter* writer, char const* text) {
-    writer->writeData(text, static_cast<int>(std::strlen(text)));
-}
 
 // What `writeBody` writes, inside an element called like the collection.
 template <typename Body>
 std::string wrapped(ZorCollection const* collection, Body writeBody) {
     ZorStringWriter writer;
-    write(&writer, "<");
-    write(&writer, collection->getName());
-    write(&writer, ">");
+    writeText(&writer, "<");
+    writeText(&writer, collection->getName());
+    writeText(&writer, ">");
     writeBody(&writer);
-    write(&writer, "</");
-    write(&writer, collection->getName());
-    write(&writer, ">");
+    writeText(&writer, "</");
+    writeText(&writer, collection->getName());
+    writeText(&writer, ">");
     return writer.getValue();
 }
 
@@ -94,11 +92,11 @@ void ZorCollection::exportAll(ZorDataWriter* writer) {
 }
 
 void ZorCollection::exportXML(ZorDataWriter* writer) {
-    write(writer, "<collection name=\"");
-    write(writer, getName());
-    write(writer, "\">");
+    writeText(writer, "<collection name=\"");
+    writeText(writer, getName());
+    writeText(writer, "\">");
     exportAll(writer);
-    write(writer, "</collection>");
+    writeText(writer, "</collection>");
 }
 
 std::string ZorCollection::exportSchema(char const* schemaName) {

@@ -6,6 +6,7 @@
 #include "collection/default_schema.h"
 #include "foundation/escape.h"
 #include "foundation/string_ref.h"
+#include "foundation/write_text.h"
 #include "platform/lock_holder.h"
 #include "zor/document.h"
 
@@ -13,12 +14,9 @@ using zor_internal::isDefaultSchema;
 using zor_internal::LockHolder;
 using zor_internal::StringRef;
 using zor_internal::writeEscaped;
+using zor_internal::writeText;
 
 namespace {
-
-void write(ZorDataWriter* writer, char const* text) {
-    writer->writeData(text, static_cast<int>(std::strlen(text)));
-}
 
 // Whether there is any cell in or below the node. Branches without cells may repeat so often that
 // walking over their occurrences would take forever.
@@ -42,36 +40,36 @@ bool collectValue(ZorDocument* document, ZorSchemaNode* node, long flat, ZorData
 // Writes one occurrence; with its number where occurrences before it were left out.
 void writeElement(ZorDataWriter* writer, char const* name, long occurrence, bool numbered,
                   std::string const& content) {
-    write(writer, "<");
-    write(writer, name);
+    writeText(writer, "<");
+    writeText(writer, name);
     if (numbered) {
-        write(writer, " occurrence=\"");
-        write(writer, std::to_string(occurrence + 1).c_str());
-        write(writer, "\"");
+        writeText(writer, " occurrence=\"");
+        writeText(writer, std::to_string(occurrence + 1).c_str());
+        writeText(writer, "\"");
     }
-    write(writer, ">");
-    write(writer, content.c_str());
-    write(writer, "</");
-    write(writer, name);
-    write(writer, ">");
+    writeText(writer, ">");
+    writeText(writer, content.c_str());
+    writeText(writer, "</");
+    writeText(writer, name);
+    writeText(writer, ">");
 }
 
 } // namespace
 
 void ZorDocument::exportXML(ZorDataWriter* writer) {
     LockHolder const holder(lock);
-    write(writer, "<document");
+    writeText(writer, "<document");
     if (!isDefaultSchema(rootNode)) {
-        write(writer, " schema=\"");
-        write(writer, rootNode->getName());
-        write(writer, "\"");
+        writeText(writer, " schema=\"");
+        writeText(writer, rootNode->getName());
+        writeText(writer, "\"");
     }
     // Kept: names are written as they are, unescaped.
-    write(writer, " name=\"");
-    write(writer, name->text);
-    write(writer, "\">");
+    writeText(writer, " name=\"");
+    writeText(writer, name->text);
+    writeText(writer, "\">");
     exportXML(rootNode, 0, writer);
-    write(writer, "</document>");
+    writeText(writer, "</document>");
 }
 
 bool ZorDocument::exportXML(ZorSchemaNode* node, long parentOccurrence, ZorDataWriter* writer) {

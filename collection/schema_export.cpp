@@ -6,18 +6,16 @@
 
 #include "foundation/list_ref.h"
 #include "foundation/string_ref.h"
+#include "foundation/write_text.h"
 #include "platform/lock_holder.h"
 #include "zor/schema.h"
 
 using zor_internal::ListRef;
 using zor_internal::LockHolder;
 using zor_internal::StringRef;
+using zor_internal::writeText;
 
 namespace {
-
-void write(ZorDataWriter* writer, std::string const& text) {
-    writer->writeData(text.c_str(), static_cast<int>(text.size()));
-}
 
 std::string attribute(char const* name, std::string const& value) {
     return std::string(" ") + name + "=\"" + value + "\"";
@@ -34,27 +32,28 @@ std::string pathOf(ZorSchemaNode const* node) {
 
 void writeOccurrencesAndParent(ZorDataWriter* writer, ZorSchemaNode const* node) {
     if (node->getOccurrences() >= 2) {
-        write(writer, attribute("occurrences", std::to_string(node->getOccurrences())));
+        writeText(writer, attribute("occurrences", std::to_string(node->getOccurrences())));
     }
     ZorSchemaNode const* const parent = node->getParentNode();
-    if (parent && !parent->isSchemaRootNode()) write(writer, attribute("parent", pathOf(parent)));
+    if (parent && !parent->isSchemaRootNode())
+        writeText(writer, attribute("parent", pathOf(parent)));
 }
 
 void writeItem(ZorDataWriter* writer, ZorSchemaNode const* node) {
-    write(writer, std::string("<item") + attribute("name", node->getName()) +
-                      attribute("type", zor_dataTypeName(node->dataType)));
+    writeText(writer, std::string("<item") + attribute("name", node->getName()) +
+                          attribute("type", zor_dataTypeName(node->dataType)));
     StringRef const defaultText(node->getDefaultValue());
-    if (defaultText) write(writer, attribute("default", defaultText.text()));
+    if (defaultText) writeText(writer, attribute("default", defaultText.text()));
     writeOccurrencesAndParent(writer, node);
-    write(writer, ">");
-    write(writer, "</item>");
+    writeText(writer, ">");
+    writeText(writer, "</item>");
 }
 
 void writeBranch(ZorDataWriter* writer, ZorSchemaNode const* node) {
-    write(writer, std::string("<branch") + attribute("name", node->getName()));
+    writeText(writer, std::string("<branch") + attribute("name", node->getName()));
     writeOccurrencesAndParent(writer, node);
-    write(writer, ">");
-    write(writer, "</branch>");
+    writeText(writer, ">");
+    writeText(writer, "</branch>");
 }
 
 } // namespace
@@ -71,13 +70,13 @@ void ZorSchema::exportSchemaNode(ZorDataWriter* writer, ZorSchemaNode* node) {
         writeBranch(writer, node);
         exportChildNodes(writer, node);
     } else {
-        write(writer, std::string("<schema") + attribute("name", node->getName()) + ">");
+        writeText(writer, std::string("<schema") + attribute("name", node->getName()) + ">");
         ListRef const ownTypes(getDataTypes());
         for (ZorListNode const* at = ownTypes.first(); at; at = at->next) {
             zor_dataTypeExportXML(writer, static_cast<ZorDataType*>(at->value));
         }
         exportChildNodes(writer, node);
-        write(writer, "</schema>");
+        writeText(writer, "</schema>");
     }
 }
 

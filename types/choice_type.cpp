@@ -10,9 +10,11 @@
 
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
+#include "foundation/write_text.h"
 
 using zor_internal::stringOf;
 using zor_internal::StringRef;
+using zor_internal::writeText;
 
 namespace {
 
@@ -53,17 +55,13 @@ void* choiceCloneOptions(void* userData) {
     return first;
 }
 
-void writeLine(ZorDataWriter* writer, std::string const& line) {
-    writer->writeData(line.c_str(), static_cast<int>(line.size()));
-}
-
 // Kept: name and options are written as they are, unescaped.
 void choiceExport(ZorDataWriter* writer, ZorString* name, void* userData) {
-    writeLine(writer, std::string("<choice name=\"") + name->text + "\">");
+    writeText(writer, std::string("<choice name=\"") + name->text + "\">");
     for (ZorListNode const* node = optionsIn(userData); node; node = node->next) {
-        writeLine(writer, std::string("<option>") + optionAt(node)->text + "</option>");
+        writeText(writer, std::string("<option>") + optionAt(node)->text + "</option>");
     }
-    writer->writeData("</choice>", 9);
+    writeText(writer, "</choice>");
 }
 
 } // namespace

@@ -6,6 +6,7 @@
 
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
+#include "foundation/write_text.h"
 #include "incident/raise.h"
 #include "types/number_text.h"
 #include "types/type_text.h"
@@ -19,6 +20,7 @@ using zor_internal::StringRef;
 using zor_internal::textOf;
 using zor_internal::uintFromText;
 using zor_internal::validateText;
+using zor_internal::writeText;
 
 RangeParams::RangeParams(ZorDataType* base, void const* min, void const* max)
     : baseType(base), minValue(nullptr), maxValue(nullptr) {
@@ -92,7 +94,7 @@ void rangeExport(ZorDataWriter* writer, ZorString* name, void* userData) {
                              zor_dataTypeName(params->baseType) + "\" minValue=\"" +
                              params->minValue->text + "\" maxValue=\"" + params->maxValue->text +
                              "\"/>";
-    writer->writeData(line.c_str(), static_cast<int>(line.size()));
+    writeText(writer, line);
 }
 
 // Whether the range can be made; reports why not. The bounds are compared before they are

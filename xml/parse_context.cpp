@@ -123,7 +123,9 @@ ZORParseContext::ZORParseContext(ZORParseContext* outer, char const* name,
         return;
     }
     parseRules = ruleAt(found);
-    if (!storeAttributes(this, name, elementAttributes)) disregard(this);
+    if (storeAttributes(this, name, elementAttributes)) return;
+    releaseAttributes(this);
+    disregard(this);
 }
 
 ZORParseContext::~ZORParseContext() {
