@@ -26,7 +26,7 @@ IncidentLog::IncidentLog() {
 
 IncidentLog::~IncidentLog() {
     EXPECT_EQ(caught, "") << "incidents that the test did not take";
-    caught = std::string();
+    std::string().swap(caught); // with its storage
     zor_setLoggingFunction(printIncident);
 }
 

@@ -38,8 +38,8 @@ protected:
     ~Zorctl() override { std::filesystem::remove_all(directory); }
 
     Outcome run(std::string const& arguments) const {
-        std::string const command = "cd " + directory.string() + " && " ZORCTL_PROGRAM " " +
-                                    arguments + " >out 2>err </dev/null";
+        std::string const command =
+            "cd " + directory.string() + " && " ZORCTL_PROGRAM " " + arguments + " >out 2>err";
         int const result = std::system(command.c_str());
         return {WIFEXITED(result) ? WEXITSTATUS(result) : -1, contentOf(directory / "out"),
                 contentOf(directory / "err")};
@@ -108,7 +108,7 @@ TEST_F(Zorctl, AFileThatIsNotThereIsAnError) {
 TEST_F(Zorctl, ADirectoryIsAnError) {
     Outcome const outcome = run("check .");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.err, ".:1:0: error: Is a directory\n");
+    EXPECT_EQ(outcome.err, ".: error: Is a directory\n");
 }
 
 TEST_F(Zorctl, TheRootElementNamesTheCollectionUnlessANameIsGiven) {
@@ -188,6 +188,64 @@ TEST_F(Zorctl, SetWritesNothingAfterAnError) {
     EXPECT_EQ(refused.err, "zorctl: error: setStringNodeValue: value (fast) is not valid\n");
     EXPECT_EQ(run("set nowhere.xml d a b -o kept.xml").status, 1);
     EXPECT_EQ(contentOf(directory / "kept.xml"), "kept");
+}
+
+// Operands are taken to the letter.
+TEST_F(Zorctl, SetTakesAnyValue) {
+    write("d.xml", "<c><schema name='s'><item name='t' type='string'/></schema>"
+                   "<document name='d' schema='s'/></c>");
+    for (char const* const value : {"[x]", "[a,b]", "[]", "a b", "-5", "a,b", "%s", "{}"}) {
+        EXPECT_EQ(run(std::string("set d.xml d t '") + value + "' -o e.xml").status, 0) << value;
+        EXPECT_EQ(run("get e.xml d t").out, std::string(value) + "\n");
+    }
+    EXPECT_EQ(run("set -o e.xml d.xml d t -- --name").status, 0);
+    EXPECT_EQ(run("get e.xml d t").out, "--name\n");
+    EXPECT_EQ(run("set d.xml d t -name -o e.xml").status, 2);
+}
+
+TEST_F(Zorctl, ReadsInputThatComesOnlyOnce) {
+    write("d.xml", "<c/>");
+    EXPECT_EQ(run("export /dev/stdin <d.xml").out, "<c></c>\n");
+}
+
+TEST_F(Zorctl, AReplacedFileKeepsItsMode) {
+    namespace fs = std::filesystem;
+    EXPECT_EQ(runPhone("export", "-o out.xml").status, 0);
+    fs::permissions(directory / "out.xml", fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(run("set out.xml phone1 clockDrift 3 -o out.xml").status, 0);
+    EXPECT_EQ(fs::status(directory / "out.xml").permissions(),
+              fs::perms::owner_read | fs::perms::owner_write);
+}
+
+TEST_F(Zorctl, ALinkIsWrittenThrough) {
+    write("target.xml", "old");
+    std::filesystem::create_symlink("target.xml", directory / "link.xml");
+    EXPECT_EQ(runPhone("export", "-o link.xml").status, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink(directory / "link.xml"));
+    EXPECT_EQ(contentOf(directory / "target.xml"), contentOf(directory / "link.xml"));
+    EXPECT_EQ(contentOf(directory / "target.xml"), runPhone("export").out);
+}
+
+// Exported defaults are not escaped: a file that nothing could read is not written.
+TEST_F(Zorctl, WhatCouldNotBeReadBackIsNotWritten) {
+    write("d.xml", "<c><schema name='s'><item name='t' type='string' default='a&lt;b'/></schema>"
+                   "<document name='d' schema='s'/></c>");
+    std::string const before = contentOf(directory / "d.xml");
+    Outcome const outcome = run("set d.xml d t x -o d.xml");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "zorctl: error: not well-formed (invalid token)\n"
+                           "zorctl: error: File: \"d.xml\" not written: it could not be read "
+                           "back\n");
+    EXPECT_EQ(contentOf(directory / "d.xml"), before);
+}
+
+TEST_F(Zorctl, OutputThatDoesNotArriveIsAnError) {
+    for (char const* const command : {"check", "tree", "export"}) {
+        int const result = std::system((std::string(ZORCTL_PROGRAM " ") + command + " " +
+                                        kDefinition + " >/dev/full 2>/dev/null")
+                                           .c_str());
+        EXPECT_EQ(WEXITSTATUS(result), 1) << command;
+    }
 }
 
 TEST_F(Zorctl, ExportReadsBackAsTheSame) {

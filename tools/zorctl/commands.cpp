@@ -4,6 +4,7 @@
 #include <list>
 #include <memory>
 
+#include "output.h"
 #include "string_holder.h"
 
 namespace {
@@ -47,14 +48,19 @@ void printResult(ZorResultSet& results, bool withPaths) {
     if (withPaths) {
         int const flat = results.results[results.cursor]->flat;
         std::string const path = pathOf(results.getDefinition(), flat);
-        std::printf(isNull ? "%s\n" : "%s = %s\n", path.c_str(), value.c_str());
-    } else {
-        std::printf("%s\n", value.c_str());
+        std::printf("%s%s", path.c_str(), isNull ? "" : " = ");
     }
+    std::printf("%s\n", value.c_str());
 }
 
-bool writeAll(std::FILE* out, std::string const& text) {
-    return std::fwrite(text.data(), 1, text.size(), out) == text.size() && std::fflush(out) == 0;
+// Whether a collection of the same name reads the text back as the same. Names, defaults and
+// options are exported unescaped, so that markup in them, or control characters in a value, make a
+// text that nothing can read.
+bool readsBack(Session& session, std::string const& xml) {
+    StringHolder const name(session.collection().getName());
+    ZorCollection again(name.get());
+    again.importXML(xml.c_str());
+    return again.exportAll() == xml;
 }
 
 } // namespace
@@ -89,18 +95,18 @@ void setValues(Session& session, std::string const& document, std::string const&
 }
 
 void writeExport(Session& session, std::string const& file) {
-    std::string const text = session.collection().exportAll() + "\n";
+    std::string const xml = session.collection().exportAll();
     if (file.empty()) {
-        if (!writeAll(stdout, text)) session.fail("standard output cannot be written");
-        return;
-    }
-    // Through a new file, so that what was there before is lost only when the rest is on disk.
-    std::string const fresh = file + ".new";
-    std::FILE* const out = std::fopen(fresh.c_str(), "w");
-    bool const written = out && writeAll(out, text);
-    bool const closed = out && std::fclose(out) == 0;
-    if (!written || !closed || std::rename(fresh.c_str(), file.c_str()) != 0) {
-        std::remove(fresh.c_str());
+        std::printf("%s\n", xml.c_str());
+    } else if (!readsBack(session, xml)) {
+        session.fail("File: \"" + file + "\" not written: it could not be read back");
+    } else if (!writeFile(file, xml + "\n")) {
         session.fail("File: \"" + file + "\" cannot be written");
+    }
+}
+
+void flushOutput(Session& session) {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+        session.fail("standard output cannot be written");
     }
 }

@@ -18,6 +18,9 @@ void printValues(Session& session, std::string const& document, std::string cons
 void setValues(Session& session, std::string const& document, std::string const& path,
                std::string const& value);
 
-// Writes the whole collection as XML, to standard output when `file` is empty. A file that was
-// there is replaced only after everything was written.
+// Writes the whole collection as XML, to standard output when `file` is empty. A file is written
+// only when what goes into it can be read back as the same.
 void writeExport(Session& session, std::string const& file);
+
+// Makes sure that everything printed has arrived.
+void flushOutput(Session& session);

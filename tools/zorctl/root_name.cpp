@@ -2,8 +2,6 @@
 
 #include <expat.h>
 
-#include <fstream>
-
 namespace {
 
 struct Search {
@@ -19,16 +17,11 @@ void onStart(void* data, char const* name, char const**) {
 
 } // namespace
 
-std::string rootElementName(std::string const& path) {
-    std::ifstream file(path, std::ios::binary);
+std::string rootElementName(std::string const& xml) {
     Search search{XML_ParserCreate(nullptr), std::string()};
     XML_SetUserData(search.parser, &search);
     XML_SetStartElementHandler(search.parser, onStart);
-    char buffer[4096];
-    while (search.name.empty() && file.read(buffer, sizeof buffer).gcount() > 0) {
-        auto const count = static_cast<int>(file.gcount());
-        if (XML_Parse(search.parser, buffer, count, XML_FALSE) != XML_STATUS_OK) break;
-    }
+    XML_Parse(search.parser, xml.data(), static_cast<int>(xml.size()), XML_TRUE);
     XML_ParserFree(search.parser);
     return search.name;
 }

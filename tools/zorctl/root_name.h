@@ -1,8 +1,8 @@
-// The name of a file's root element, by which a collection is called.
+// The name of a text's root element, by which a collection is called.
 
 #pragma once
 
 #include <string>
 
-// Empty when the file cannot be read or has no root element.
-std::string rootElementName(std::string const& path);
+// Empty when the text has no root element.
+std::string rootElementName(std::string const& xml);

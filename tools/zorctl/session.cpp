@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 
 #include "root_name.h"
 #include "string_holder.h"
@@ -29,16 +30,45 @@ struct CloseFile {
     void operator()(std::FILE* stream) const { std::fclose(stream); }
 };
 
+// Appends the file's content to `xml`. Empty, or why it cannot be read.
+std::string readFile(std::string const& path, std::string& xml) {
+    std::unique_ptr<std::FILE, CloseFile> const stream(std::fopen(path.c_str(), "rb"));
+    if (!stream) return "File: \"" + path + "\" not found.";
+    char buffer[65536];
+    std::size_t count;
+    while ((count = std::fread(buffer, 1, sizeof buffer, stream.get())) > 0) {
+        xml.append(buffer, count);
+    }
+    return std::ferror(stream.get()) ? std::strerror(errno) : "";
+}
+
 } // namespace
 
 Session::Session(std::string const& name, std::vector<std::string> const& files)
     : parser(nullptr), failed(false) {
     active = this;
     zor_setLoggingFunction(onIncident);
-    std::string const collectionName = name.empty() ? rootElementName(files.front()) : name;
+    struct Input {
+        std::string path;
+        std::string xml;
+    };
+    std::vector<Input> inputs;
+    std::string collectionName = name;
+    for (std::string const& path : files) {
+        file = path;
+        std::string xml;
+        std::string const reason = readFile(path, xml);
+        if (!reason.empty()) {
+            fail(reason);
+            continue;
+        }
+        if (collectionName.empty()) collectionName = rootElementName(xml);
+        inputs.push_back({path, std::move(xml)});
+    }
+    file.clear();
     StringHolder const holder(collectionName);
     store = std::make_unique<ZorCollection>(holder.get());
-    for (std::string const& path : files) readFile(path);
+    for (Input const& input : inputs) import(input.path, input.xml);
 }
 
 Session::~Session() {
@@ -52,29 +82,14 @@ void Session::fail(std::string const& message) {
 }
 
 // Drives the parser itself, so that it can ask where an incident arose that does not say so, and
-// reads the whole file, so that everything that is wrong in it is reported.
-void Session::readFile(std::string const& path) {
+// goes on to the end of the file.
+void Session::import(std::string const& path, std::string const& xml) {
     file = path;
-    std::unique_ptr<std::FILE, CloseFile> const stream(std::fopen(path.c_str(), "rb"));
-    if (!stream) {
-        fail("File: \"" + path + "\" not found.");
-    } else {
-        ZorIncidentContext context(std::string(), nullptr, nullptr);
-        ZorXmlParser reading(store.get(), &context);
-        parser = &reading;
-        char buffer[4096];
-        std::size_t count;
-        do {
-            errno = 0;
-            count = std::fread(buffer, 1, sizeof buffer, stream.get());
-            if (std::ferror(stream.get())) {
-                fail(std::strerror(errno));
-                break;
-            }
-            reading.parse(buffer, static_cast<int>(count), count < sizeof buffer);
-        } while (count == sizeof buffer && XML_GetErrorCode(reading.expatParser) == XML_ERROR_NONE);
-        parser = nullptr;
-    }
+    ZorIncidentContext context(std::string(), nullptr, nullptr);
+    ZorXmlParser reading(store.get(), &context);
+    parser = &reading;
+    reading.parse(xml.data(), static_cast<int>(xml.size()), 1);
+    parser = nullptr;
     file.clear();
 }
 

@@ -10,8 +10,8 @@
 
 class Session {
 public:
-    // A collection of that name; of the first file's root element when the name is empty.
-    // Incidents go to standard error from now on. One session at a time.
+    // A collection of that name; when the name is empty, called like the root element of the first
+    // file that has one. Incidents go to standard error from now on. One session at a time.
     Session(std::string const& name, std::vector<std::string> const& files);
     Session(Session const&) = delete;
     Session& operator=(Session const&) = delete;
@@ -26,7 +26,7 @@ public:
     void fail(std::string const& message);
 
 private:
-    void readFile(std::string const& path);
+    void import(std::string const& path, std::string const& xml);
     void report(severity sev, std::string const& message);
     static void onIncident(severity sev, std::string& message);
 
