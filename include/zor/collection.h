@@ -10,8 +10,9 @@
 //     ...
 //     std::string xml = store.exportAll();
 //
-// Names are a ZorString or plain text; a null name counts as the empty one. An object is stored
-// under one name at a time.
+// Names given as `void const*` are a ZorString or plain text, those given as `char const*` plain
+// text. A null name counts as the empty one, except that getDocument and getCollection answer null
+// to it.
 //
 // Threads: every operation takes the collection's lock as it needs it. The host sees to it that no
 // two imports run into one collection at a time, that nothing is deleted that another thread uses,
@@ -33,7 +34,10 @@
 #include "zor/types.h"
 #include "zor/xml.h"
 
-// What a host implements to supply schemas that a document import does not know.
+// What a host implements to supply schemas that a document import does not know. It is called in
+// the middle of an import, for every document that is not there yet: with `schema` attribute for
+// the definition if that schema is unknown, without it for both. It must not import files into the
+// collection.
 class ZOR_API ZorDictionary {
 public:
     // The name of the schema that a document of this name uses; empty when unknown.
@@ -75,8 +79,8 @@ public:
     ZorDocument* getDocument(void const* documentName);
     ZorCollection* getCollection(void const* collectionName);
 
-    // All objects of a kind; null when there are none. New reference: the caller frees the list
-    // with zor_listDelete, never the objects.
+    // All objects of a kind, in the order of the map (zor/containers.h); null when there are none.
+    // New reference: the caller frees the list with zor_listDelete, never the objects.
     ZorListNode* getSchemas();
     ZorListNode* getDocuments();
     ZorListNode* getCollections();
@@ -86,7 +90,8 @@ public:
     void getCollections(std::list<ZorCollection*>& out);
 
     // Stores the object under the name. An object that was there is not deleted: it is the
-    // caller's from then on. Takes ownership.
+    // caller's from then on, a schema's documents to be deleted before it. Takes ownership.
+    // REQUIRES: the object is stored under no other name; a document's schema outlives it.
     void setSchema(ZorSchema* schema, void const* schemaName);
     void setDocument(ZorDocument* document, void const* documentName);
 
@@ -103,27 +108,39 @@ public:
 
     // Stores a copy of `source`, a document of any collection, under the name, in the place of
     // what was there. Its schema is the one of this collection that is called like the source's;
-    // "ZorCollection::copyDocument{Schema (NAME) does not exist}" or "... does not match}" (its
-    // layout or types differ) is raised otherwise, and nothing changes.
+    // "ZorCollection::copyDocument{Schema (NAME) does not exist}", "... does not match}" (its
+    // nodes, their order, occurrences or kinds of values differ), "... has too many documents}" or
+    // "... has too many values}" is raised otherwise, and nothing changes. Values are not validated
+    // again. REQUIRES: `source` is not null.
     void copyDocument(char const* documentName, ZorDocument* source);
     // Stores a copy of `source`, a schema of any collection, under the name, in the place of what
     // was there; documents of the schema that was there are deleted. The types of its nodes
     // are found among its own and the built-in ones only; a node whose type is not is dropped
-    // with an incident. The root node keeps the name of the source.
+    // with an incident. The root node keeps the name of the source; the copy belongs to this
+    // collection. It shares the names of types and options with the source.
+    // REQUIRES: `source` is not null; the bases of its ranges and the user data of its derived
+    // types without cloneUserDataFn outlive the copy, unless they are types of its own; source and
+    // copy are not destroyed by two threads at the same time.
     void copySchema(char const* schemaName, ZorSchema* source);
 
+    // The dictionary, or null for none. Borrowed: the host keeps it alive.
     void setDictionary(ZorDictionary* schemaDictionary);
     ZorDictionary* getDictionary() const;
 
     // Borrowed as long as the collection lives.
     char const* getName() const;
 
-    // Imports a whole XML text, whose root element is called like this collection. Everything is
-    // reported by incidents; what could be imported stays.
+    // Imports a whole XML text, whose root element is called like this collection; null counts as
+    // the empty text. Everything is reported by incidents; what could be imported stays. May be
+    // called while an import runs, by its dictionary; of 16 imports within each other, the next one
+    // is refused with "schema definitions are nested too deeply" (no context, severity 3, type 2).
+    // Collections and branches nested more than 256 deep are refused with "nested too deeply"
+    // (severity 3, type 1).
     void importXML(char const* text);
-    // The same for a file, path as a ZorString or plain text. Reading ends after the first 4096
-    // bytes in which an error arose. "File: "PATH" not found." (severity 3, type 3) when it cannot
-    // be opened.
+    // The same for a file, path as a ZorString or plain text. It is read in pieces of 4096 bytes,
+    // up to the first one after which the last incident of the parser is an error; refused values
+    // are none of the parser's. "File: "PATH" not found." (no context, severity 3, type 3) when it
+    // cannot be opened.
     void importFromFile(void const* path);
 
     // Write the parts of this collection to the writer: without a wrapper, except exportXML, which
@@ -135,14 +152,17 @@ public:
     void exportXML(ZorDataWriter* writer);
 
     // The same as text, inside an element called like this collection, so that a collection of the
-    // same name can import it. The first three give an empty text for an unknown name.
+    // same name can import it: provided that its schemas use no types of the collection's own and
+    // no ranges over other than built-in types, and that names, defaults, options and bounds
+    // contain no markup. The first three give an empty text for an unknown name.
     std::string exportSchema(char const* schemaName);
     std::string exportDocument(char const* documentName);
     std::string exportCollection(char const* collectionName);
     std::string exportAllDocumentsAndSchemas();
     std::string exportAllDocuments();
     std::string exportAll();
-    // Every named document, each followed by its schema unless that is "DefaultSchema". A name
+    // Every named document, each followed by its schema unless that is "DefaultSchema" or belongs
+    // to another collection: a collection that imports it must have the schemas already. A name
     // without document is skipped with "ZorCollection::exportSubset{Document (NAME) does not
     // exist}" (severity 3, type 3).
     std::string exportSubset(std::vector<std::string> const& names);
@@ -150,7 +170,7 @@ public:
     // The number of live collections, temporary ones included.
     static int refCount;
 
-    Semaphore lock; // guards the three maps
+    Semaphore lock; // guards the three maps, and is held while this collection is counted
     ZorDictionary* dictionary;
     ZorSchema* defaultSchema;  // as made by the constructor; never followed after that
     ZorMapEntry** schemas;     // name to ZorSchema*, owned
@@ -161,10 +181,12 @@ public:
     int parseDepth;                     // imports of this collection that are running
 };
 
-// The rules of the definition language for this collection. New reference, to be counted by the
-// rule they are added to.
+// A rule tree of the definition language for this collection. It has no reference yet: it belongs
+// to the rule it is added to, or is deleted by the caller. REQUIRES: `collection` is not null and
+// outlives every parse with these rules.
 ZOR_API ZorElementParseRules* zor_getZORParseRules(ZorCollection* collection);
-// The rule of a <document> element. New reference, as above.
+// The rule of a <document> element, as above.
+// REQUIRES: the element it is allowed in publishes its ZorCollection as user data.
 ZOR_API ZorElementParseRules* zor_getDocumentParseRules();
 // Releases the user data of a document rule or of a node rule below it.
 ZOR_API void deleteImportRuleInfo(void* info);

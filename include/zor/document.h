@@ -50,27 +50,30 @@ struct XPathStep {
 class ZOR_API ZorDocument {
 public:
     // A document with the schema's defaults, nothing changed. Adds a reference to a ZorString
-    // name.
+    // name. ZorCollection::makeDocument checks the requirements.
+    // REQUIRES: `schema` is not null and outlives the document; it has fewer than 32767 documents,
+    // and needs at most 16777216 cells; nobody makes nodes or documents of it at the same time.
     ZorDocument(ZorSchema* schema, void const* documentName);
-    // A copy of `other`, changed marks included, on the tree of `schema`.
-    // REQUIRES: `schema` has the layout and the types of `other`'s schema.
+    // A copy of `other`, changed marks included, on the tree of `schema`. Takes no lock.
+    // REQUIRES: as above; `schema` has the layout and the types of `other`'s schema.
     ZorDocument(ZorDocument const& other, ZorSchema* schema);
     ZorDocument(ZorDocument const&) = delete;
     ZorDocument& operator=(ZorDocument const&) = delete;
     virtual ~ZorDocument();
 
     // The cell, or null when the node is not a data node of this document's schema or has no such
-    // occurrence. `reserved` is ignored. Takes no lock. Borrowed.
+    // occurrence. `reserved` is ignored. Takes no lock. Borrowed as long as the document lives.
     ZorValueNode* getDataItem(ZorSchemaNode* node, long occurrence, int reserved);
 
     // The value as text; null when there is none. New reference.
     ZorString* getStringNodeValue(ZorSchemaNode* node, long occurrence);
 
     // Sets the value from text (a ZorString or plain text); null empties the cell. 1 when set. 0
-    // with an incident (severity 3, type 2), nothing changed, when the type refuses the text or it
-    // is longer than 65534 characters ("setStringNodeValue: value (V) is not valid"), the node is
-    // not a data node ("setStringNodeValue: node is not a data node"), or there is no such
-    // occurrence ("setStringNodeValue: occurrence is out of range").
+    // with one incident (no context, severity 3, type 2), nothing changed, checked in this order:
+    // - "setStringNodeValue: node is not a data node";
+    // - "setStringNodeValue: value (V) is not valid": the type refuses the text, or it is longer
+    //   than 65534 characters;
+    // - "setStringNodeValue: occurrence is out of range", or the node is another schema's.
     int setStringNodeValue(ZorSchemaNode* node, long occurrence, void const* value);
 
     // The same for callers that hold the lock; the setter leaves the changed mark alone and does
@@ -85,21 +88,24 @@ public:
     unsigned long getUIntNodeValue(ZorSchemaNode* node, long occurrence, int* isNull);
     double getFloatNodeValue(ZorSchemaNode* node, long occurrence, int* isNull);
 
-    // Sets the value from a number. 1 when set. 0 with an incident, nothing changed, when the type
-    // does not convert that kind ("Unsupported Type Conversion", severity 3, type 3), refuses the
-    // number ("setIntNodeValue: value is not valid", likewise setUInt and setFloat; severity 3,
-    // type 2), or as for setStringNodeValue, with these names.
+    // Sets the value from a number. 1 when set. 0 with one incident (no context, severity 3),
+    // nothing changed, checked in this order; setUInt and setFloat likewise:
+    // - "setIntNodeValue: node is not a data node" (type 2);
+    // - "Unsupported Type Conversion" (type 3): the type does not convert that kind;
+    // - "setIntNodeValue: value is not valid" (type 2): the type refuses the number;
+    // - "setIntNodeValue: occurrence is out of range" (type 2), or the node is another schema's.
     int setIntNodeValue(ZorSchemaNode* node, long occurrence, long value);
     int setUIntNodeValue(ZorSchemaNode* node, long occurrence, unsigned long value);
     int setFloatNodeValue(ZorSchemaNode* node, long occurrence, double value);
 
-    // Whether the value was set since it had its default.
+    // Whether the value was set since it had its default; false where there is no cell.
     bool wasChanged(ZorSchemaNode* node, long occurrence);
 
     // Back to the node's default, or to no value when it has none; not changed any more.
     void restoreDefault(ZorSchemaNode* node, long occurrence);
-    // Sets every data node directly under the root, and none below branches, to its default. The
-    // values count as changed.
+    // Sets every data node directly under the root, and none below branches, to its default, or to
+    // no value when it has none. The values count as changed. A default that its own type refuses
+    // is not set, and reported as by setStringNodeValue.
     void restoreDefaults();
 
     // The nodes and occurrences that the path (a ZorString or plain text) reaches, in the order
@@ -108,7 +114,7 @@ public:
 
     // Applies one step to every entry of `context` and appends what it reaches to `result`.
     // Non-zero when there was any. For `select`.
-    // REQUIRES: the caller holds the lock.
+    // REQUIRES: the caller holds the lock; `context` is not finalized.
     int findNode(ZorResultSet* result, ZorResultSet* context, int stepIndex, XPathStep* steps,
                  int stepCount);
 
@@ -132,6 +138,7 @@ public:
 // One answer of a select.
 class ZOR_API ZorResultPointer {
 public:
+    // REQUIRES: the node outlives the result.
     ZorResultPointer(ZorSchemaNode* resultNode, int ownOccurrence, int flatOccurrence);
     virtual ~ZorResultPointer();
 
@@ -149,10 +156,14 @@ public:
     ZorResultSet& operator=(ZorResultSet const&) = delete;
     virtual ~ZorResultSet();
 
-    // Building: `finalize` must follow before the results are read.
+    // Appends the occurrence (from 0) of the node below its parent's flat occurrence. One that 31
+    // bits do not hold is kept as one that does not exist.
+    // REQUIRES: `node` is not null.
     void addResult(long parentFlat, ZorSchemaNode* node, long occurrence);
-    // Moves the results of `other` behind these. Takes ownership of `other`.
+    // Moves the results of `other` behind these; null and the set itself change nothing. Takes
+    // ownership of `other`.
     void combine(ZorResultSet* other);
+    // Makes the array in which the results are read. Reading does so, too.
     void finalize();
 
     bool eof() const;
@@ -184,7 +195,8 @@ public:
     // leaves the buffer untouched, and so does a `size` below 1. *isNull is 1 when there is no
     // value and at the end, else 0.
     void getValue(char* buffer, int size, int* isNull);
-    // No value leaves `out` unchanged.
+    // No value leaves `out` unchanged. *isNull is true when there is no value and at the end, else
+    // false; here and above it may be null.
     void getValue(std::string& out, bool* isNull);
     // No value makes `out` empty.
     void getValue(std::string& out);

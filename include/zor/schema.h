@@ -14,13 +14,15 @@
 // cell is found by its flat occurrence: parent's flat occurrence x node's occurrences + the node's
 // own, from 0; the root's is 0.
 //
-// Names, defaults and paths given as `void const*` are a ZorString or plain text.
+// Names and defaults given as `void const*` are a ZorString or plain text; a null name counts as
+// the empty one.
 //
-// Threads: a schema's lock serialises the making of nodes. Once made, nodes are only read; while
-// a schema has documents, it takes no new ones.
+// Threads: a schema's lock serialises the making of nodes, and of documents by a collection. While
+// a schema has documents it takes no new nodes, and its tree is only read.
 
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 
@@ -61,7 +63,7 @@ public:
     // Destroys everything below the node, too.
     virtual ~ZorSchemaNode();
 
-    // Borrowed as long as the node lives.
+    // Never null. Borrowed as long as the node lives.
     char const* getName() const;
     // How often the node repeats under one occurrence of its parent; 1 for the root.
     int getOccurrences() const;
@@ -91,7 +93,7 @@ public:
     long countRequiredValueNodes();
     // Fills the cells of a new document with the defaults, and sets the valueIndex of every data
     // node. The number of cells filled. On the root: startIndex 0, multiplier 1.
-    // REQUIRES: `cells` are zeroed and as many as countRequiredValueNodes says.
+    // REQUIRES: `cells` hold no values and are as many as countRequiredValueNodes says.
     long makeValueNodes(ZorValueNode* cells, long startIndex, long multiplier);
     // The same with copies of another document's cells, flags included.
     // REQUIRES: both documents have the same layout.
@@ -104,17 +106,18 @@ public:
     // (severity 3, type 2) when the path is empty ("xpath must not be empty"), names nothing
     // ("path (P) not found") or more than one node ("path (P) is ambiguous"). Borrowed.
     ZorSchemaNode* findSubNode(ZorString* path);
-    // Appends every node that the path names to *result, a list of ZorSchemaNode*; `length` -1
-    // means up to the NUL. Names are separated by "/"; "*" stands for every name; "//" reaches
-    // children and grandchildren. A leading "/" changes nothing; a trailing one, three in a row,
-    // and unknown names find nothing.
+    // Appends every node that the path names to *result, a list of ZorSchemaNode* that may be null
+    // still; `length` -1 means up to the NUL. Names are separated by "/"; "*" stands for every
+    // name;
+    // "//" reaches children and grandchildren. A node reached twice is listed twice. A leading "/"
+    // changes nothing; a trailing one, three slashes in a row, unknown names and null find nothing.
     void findSubNodes(ZorListNode** result, char const* path, int length);
 
     e_nodeType type;
     ZorString* name;
     ZorSchemaNode* next;
     ZorSchemaNode* previous;
-    ZorSchemaNode** sortedChildren; // the children by name (strcmp); null until documents are made
+    ZorSchemaNode** sortedChildren; // the children by name (strcmp), made when cells are counted
     short documentCount;            // root only: live documents of this schema
     ZorSchemaNode* firstChild;
     ZorSchemaNode* lastChild;
@@ -128,6 +131,7 @@ public:
     unsigned char flags;
 };
 
+// The shape of documents: a tree of nodes, and the types that are declared for it.
 class ZOR_API ZorSchema : public ZorDataTypeCollection {
 public:
     using ChildMap = std::map<std::string, ZorSchemaNode*, std::less<>>;
@@ -150,6 +154,7 @@ public:
     // parent" (2), and for data nodes "): data type is NULL" (3). Occurrences below 1 are taken as
     // they are: such a node has no cells. A null default means none; one that the type would
     // refuse is converted all the same. Borrowed: the schema owns the node.
+    // REQUIRES: `parent` is null or a node of this schema.
     ZorSchemaNode* makeBranchNode(ZorSchemaNode* parent, void const* name, short occurrences);
     ZorSchemaNode* makeDataNode(ZorSchemaNode* parent, void const* name, short occurrences,
                                 ZorDataType* dataType, void const* defaultValue);
@@ -164,7 +169,9 @@ public:
     // The number of live documents of this schema.
     short documentCount() const;
 
-    // Makes what is below `from` (of any schema) below `toParent` (of this one) again.
+    // Makes what is below `from` (of any schema) below `toParent` (of this one) again. A node that
+    // is refused is left out with all below it, and an incident is raised for it. Does nothing when
+    // either is null, and when `toParent` lies below `from`.
     void copySchemaNode(ZorSchemaNode* from, ZorSchemaNode* toParent);
 
     // Borrowed as long as the schema lives.

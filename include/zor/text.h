@@ -45,7 +45,8 @@ ZOR_API ZorString* unescapeCData(void const* text);
 // REQUIRES: `text` is not null.
 ZOR_API int parseIpAddress(char const* text, unsigned long* address);
 
-// Where export writes to. A host may implement its own.
+// Where export writes to. A host may implement its own; it is called with the lock of the schema or
+// document held that is being exported, and must not use that.
 class ZOR_API ZorDataWriter {
 public:
     // Takes `length` characters of `data`, or all up to the NUL when `length` is below 1.

@@ -12,7 +12,13 @@
 //     ZorString* unit = zor_XMLContextGetAttribute(context, "unit"); // or null
 //     ZorString* text = zor_XMLContextGetCharacterData(context);
 //
-// Threads: a parser, its contexts and its rules belong to one thread at a time.
+// While the last incident of the parser is an error (severity 3 or more), no callback runs: start
+// tags open no context, texts are dropped, end tags still close contexts. A later warning lifts
+// that. So an end callback may never come: what a start callback makes must be owned by somebody
+// else than the context's user data.
+//
+// Threads: a parser, its contexts and its rules belong to one thread at a time; rules are not
+// changed or released while a parser uses them. Unless said otherwise, no pointer may be null.
 
 #pragma once
 
@@ -35,12 +41,13 @@ enum characterDataUsage : int {
 
 using ZorElementCallback = void (*)(ZORParseContext* context);
 
-// The rule of one kind of element. It is destroyed when the last reference to it is released with
-// zor_XMLParseRulesRemoveRef; the count starts at 0 and grows with every rule it is added to.
+// The rule of one kind of element. The count of references starts at 0 and grows with every rule it
+// is added to; the rule is destroyed when the last one is released. A rule that was never added is
+// deleted by its maker.
 class ZOR_API ZorElementParseRules {
 public:
     // A rule for elements called `name` (a ZorString or plain text) that accepts no attribute and
-    // no inner element yet. `start` and `end` may be null.
+    // no inner element yet. `start` and `end` may be null. Adds a reference to a ZorString name.
     ZorElementParseRules(void const* name, characterDataUsage usage, ZorElementCallback start,
                          ZorElementCallback end);
     ZorElementParseRules(ZorElementParseRules const&) = delete;
@@ -63,12 +70,14 @@ public:
 // REQUIRES: `rules` is not null.
 ZOR_API void zor_XMLParseRulesRemoveRef(ZorElementParseRules* rules);
 
-// Accepts an attribute of that name (a ZorString or plain text).
+// Accepts an attribute of that name (a ZorString or plain text). Adds a reference to a ZorString.
 ZOR_API void zor_XMLParseRulesAddAttribute(ZorElementParseRules* rules, void const* name);
 
-// Allows `inner` inside `outer`, behind the rules already allowed. Adds a reference to `inner`,
-// unless `outer` can be reached from it: what closes a cycle is not counted, so that the cycle
-// does not keep itself alive.
+// Allows `inner` inside `outer`, behind the rules already allowed. What closes a cycle is not
+// counted, so that the cycle does not keep itself alive: adds a reference to `inner` unless `outer`
+// can be reached from it.
+// REQUIRES: the only cycles are rules inside themselves. (A longer cycle is found without end, but
+// is destroyed rightly only if nothing outside it refers to more than one of its rules.)
 ZOR_API void zor_XMLParseRulesAddInnerRules(ZorElementParseRules* outer,
                                             ZorElementParseRules* inner);
 
@@ -84,10 +93,11 @@ public:
     // The root context of a parser, with a rule "root-node" of its own.
     explicit ZORParseContext(ZorXmlParser* parser);
     // The context of an element that opens inside `outer`. `attributes` are name, value, name,
-    // value ..., null. An element or attribute that the rules do not allow is reported as a
-    // warning (type 5); an element that is not allowed has no rule, and nothing in it is
-    // looked at. An attribute longer than 65534 characters is an error, and its element has no
-    // rule.
+    // value ..., null. An element or attribute that the rules do not allow is reported by warnings
+    // (type 5) that begin with "element not recognised in this context <NAME>" or "attribute not
+    // valid in this context (NAME)"; an element that is not allowed has no rule, and nothing in it
+    // is looked at. An attribute longer than 65534 characters, and later a text, is an error (type
+    // 1), "text is too long in element <NAME>", and its element has no rule.
     ZORParseContext(ZORParseContext* outer, char const* name, char const** attributes);
     ZORParseContext(ZORParseContext const&) = delete;
     ZORParseContext& operator=(ZORParseContext const&) = delete;
@@ -108,9 +118,12 @@ ZOR_API ZorString* zor_XMLContextGetAttribute(ZORParseContext const* context, vo
 // the context lives.
 ZOR_API ZorString* zor_XMLContextGetCharacterData(ZORParseContext const* context);
 
+// The object that callbacks keep with the context, null at first. Borrowed: never released here.
 ZOR_API void zor_XMLContextSetUserData(ZORParseContext* context, void* data);
 ZOR_API void* zor_XMLContextGetUserData(ZORParseContext const* context);
+// Null when the element was not recognised. Borrowed.
 ZOR_API ZorElementParseRules* zor_XMLContextGetParseRules(ZORParseContext const* context);
+// The context of the enclosing element; null for the root context. Borrowed.
 ZOR_API ZORParseContext* zor_XMLContextGetOuterContext(ZORParseContext const* context);
 
 // An expat parser that feeds the rules of one collection.
@@ -118,21 +131,23 @@ class ZOR_API ZorXmlParser {
 public:
     // A parser with the definition-language rules of `collection`. `incidents` may be null and is
     // not owned.
+    // REQUIRES: `collection` outlives every parse; what elements that are still open refer to (the
+    // document, its schema) is not deleted between two pieces of an input.
     ZorXmlParser(ZorCollection* collection, ZorIncidentContext* incidents);
     ZorXmlParser(ZorXmlParser const&) = delete;
     ZorXmlParser& operator=(ZorXmlParser const&) = delete;
     virtual ~ZorXmlParser();
 
     // Parses one piece of input; `length` -1 means up to the NUL, `isFinal` non-zero marks the
-    // last piece. Every incident carries "zor_XMLParse: line L, column C " (lines count from 1,
-    // columns from 0). What expat refuses is one error of type 1 in expat's words; the
-    // parser then takes nothing more until `reset`. The result is read from the incident
-    // context.
+    // last piece. Every incident on the parser's context carries "zor_XMLParse: line L, column C "
+    // (lines count from 1, columns from 0). What expat refuses is an error of type 1 in expat's
+    // words; until `reset` the parser then refuses every further piece, too. The result is read
+    // from the incident context.
     void parse(char const* text, int length, int isFinal);
 
-    // Makes the parser ready for a new input: drops what an unfinished one left open, and sets the
-    // last severity of the incident context back to 0. The rules stay those of the collection
-    // given at construction; the argument is not used.
+    // Makes the parser ready for a new input: releases what an unfinished one left open, and sets
+    // the last severity of the incident context back to 0. The rules stay those of the collection
+    // given at construction; the argument is not used, and may be null.
     void reset(ZorCollection* collection);
 
     XML_ParserStruct* expatParser;
