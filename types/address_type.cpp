@@ -1,6 +1,6 @@
 // "ip_address" and "ip_mask": dotted quads, held as one number with the first octet on top.
 
-#include <charconv>
+#include <cstdio>
 
 #include "types/builtin_makers.h"
 #include "types/number_value.h"
@@ -45,13 +45,13 @@ void addressSetFromString(u_zorItemValue* value, char const* text) {
 }
 
 ZorString* addressToString(u_zorItemValue value) {
+    auto const octet = [value](int shift) {
+        return static_cast<unsigned>(value.uintValue >> shift) & 0xFFU;
+    };
     char buffer[sizeof "255.255.255.255"];
-    char* at = buffer;
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        at = std::to_chars(at, buffer + sizeof buffer, (value.uintValue >> shift) & 255U).ptr;
-        if (shift > 0) *at++ = '.';
-    }
-    return ZorString::create(buffer, static_cast<int>(at - buffer));
+    int const length = std::snprintf(buffer, sizeof buffer, "%u.%u.%u.%u", octet(24), octet(16),
+                                     octet(8), octet(0));
+    return ZorString::create(buffer, length);
 }
 
 ZorDataType* makeType(char const* name, ZorValidateFn validate, ZorExtValidateFn accept) {
