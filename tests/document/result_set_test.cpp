@@ -196,3 +196,22 @@ TEST_F(ResultSet, SeeksAndRewinds) {
     EXPECT_EQ(set->getOccurrence(), 1);
     EXPECT_EQ(set->getResultCount(), 3U);
 }
+
+TEST_F(ResultSet, CombiningWithNothingOrItselfChangesNothing) {
+    auto const set = some("a", 3);
+    set->combine(nullptr);
+    set->combine(set.get());
+    set->finalize();
+    EXPECT_EQ(set->getResultCount(), 3U);
+}
+
+// An occurrence that 31 bits do not hold is kept as one that does not exist.
+TEST_F(ResultSet, AnOccurrenceBeyond31BitsReachesNoCell) {
+    for (long const parentFlat : {LONG_MAX, LONG_MIN, 1L << 30, -1L}) {
+        ZorResultSet set(&store.document);
+        set.addResult(parentFlat, store["a"], 0);
+        set.finalize();
+        EXPECT_EQ(set.results[0]->flat, INT_MAX) << parentFlat;
+        EXPECT_EQ(set.getValue(), nullptr) << parentFlat;
+    }
+}

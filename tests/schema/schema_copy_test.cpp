@@ -174,3 +174,12 @@ TEST_F(SchemaCopy, OfACopyIsTheSameAgain) {
         EXPECT_EQ(shapeOf(second.rootNode), shapeOf(source.root())) << text;
     }
 }
+
+// A copy into what is being copied would never end.
+TEST_F(SchemaCopy, DoesNotCopyABranchIntoItself) {
+    Shape source("a{b{c:int}}");
+    ZorSchemaNode* const a = source.root()->getFirstChildNode();
+    source.schema.copySchemaNode(source.root(), a);
+    source.schema.copySchemaNode(a, a->getFirstChildNode());
+    EXPECT_EQ(shapeOf(source.root()), "a{b{c:int}}");
+}

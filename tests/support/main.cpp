@@ -34,6 +34,6 @@ class LeakCheck : public testing::EmptyTestEventListener {
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     testing::UnitTest::GetInstance()->listeners().Append(new LeakCheck);
-    SCOPED_TRACE("the storage of traces is made now, not in the first test that has one");
+    { SCOPED_TRACE("makes the storage of traces now, not in the first test that has one"); }
     return RUN_ALL_TESTS();
 }

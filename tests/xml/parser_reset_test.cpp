@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "tests/support/allocations.h"
 #include "tests/xml/bare_expat.h"
 #include "tests/xml/rule_calls.h"
 #include "zor/collection.h"
@@ -229,4 +230,25 @@ TEST(ParserReset, FramesOfTheCallerStay) {
     parser.reset(&collection);
     parser.parse("<phone", -1, 1);
     EXPECT_EQ(log.take(), "3 boot{second stage{zor_XMLParse: line 1, column 0 }}unclosed token\n");
+}
+
+// What an unfinished input left half-built is released by the reset, not only by the next input.
+TEST(ParserReset, ReleasesWhatWasLeftOpen) {
+    Resettable store;
+    EXPECT_EQ(store.feed(definition("a")), "");
+    store.collection.makeDocument("a", "d"); // the schema's index is made now
+    store.collection.deleteAllDocuments();
+    for (char const* const unfinished :
+         {"<phone><schema name='s'><item name='long enough to be on the heap' type='int'>",
+          "<phone><schema name='t'><range name='r' baseType='int' minValue='1' maxValue='2'>",
+          "<phone><document name='d' schema='a'><x>1"}) {
+        store.parser.reset(nullptr);
+        long const before = liveBlocks();
+        EXPECT_EQ(store.feed(unfinished, false), "");
+        store.parser.reset(nullptr);
+        store.collection.deleteAllDocuments();
+        store.collection.deleteSchema("s");
+        store.collection.deleteSchema("t");
+        EXPECT_EQ(liveBlocks(), before) << unfinished;
+    }
 }
