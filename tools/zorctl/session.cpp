@@ -73,6 +73,7 @@ Session::Session(std::string const& name, std::vector<std::string> const& files)
 
 Session::~Session() {
     store.reset();
+    ZorBuiltIn::deleteBuiltInTypes();
     zor_setLoggingFunction(nullptr);
     active = nullptr;
 }
