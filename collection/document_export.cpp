@@ -10,10 +10,10 @@
 #include "platform/lock_holder.h"
 #include "zor/document.h"
 
+using zor_internal::escaped;
 using zor_internal::isDefaultSchema;
 using zor_internal::LockHolder;
 using zor_internal::StringRef;
-using zor_internal::writeEscaped;
 using zor_internal::writeText;
 
 namespace {
@@ -28,30 +28,68 @@ bool hasCells(ZorSchemaNode const* node) {
     return child != nullptr;
 }
 
-// Collects the value of a data cell. Whether it was changed, and so is to be written.
-bool collectValue(ZorDocument* document, ZorSchemaNode* node, long flat, ZorDataWriter* content) {
-    ZorValueNode const* const cell = document->getDataItem(node, flat, 0);
-    if (!cell || !(cell->flags & ZorValueNode::changed)) return false;
-    StringRef const text(document->nonBlockingGetStringNodeValue(node, flat));
-    if (text) writeEscaped(content, text.text());
-    return true;
-}
+// An element around the values that are being written. Its start tag is held back until there is
+// something to write inside it: a branch without changed values is left out whole.
+struct Element {
+    Element* outer; // null at the top
+    char const* name;
+    long occurrence;
+    bool numbered; // occurrences before it were left out
+    bool written;
+};
 
-// Writes one occurrence; with its number where occurrences before it were left out.
-void writeElement(ZorDataWriter* writer, char const* name, long occurrence, bool numbered,
-                  std::string const& content) {
+void writeStart(ZorDataWriter* writer, Element* element) {
+    if (!element || element->written) return;
+    writeStart(writer, element->outer);
     writeText(writer, "<");
-    writeText(writer, name);
-    if (numbered) {
+    writeText(writer, element->name);
+    if (element->numbered) {
         writeText(writer, " occurrence=\"");
-        writeText(writer, std::to_string(occurrence + 1).c_str());
+        writeText(writer, std::to_string(element->occurrence + 1));
         writeText(writer, "\"");
     }
     writeText(writer, ">");
-    writeText(writer, content.c_str());
+    element->written = true;
+}
+
+void writeEnd(ZorDataWriter* writer, Element const& element) {
     writeText(writer, "</");
-    writeText(writer, name);
+    writeText(writer, element.name);
     writeText(writer, ">");
+}
+
+// Writes the start of the element and its value, if that was changed.
+void writeValue(ZorDataWriter* writer, ZorDocument* document, ZorSchemaNode* node, long flat,
+                Element* element) {
+    ZorValueNode const* const cell = document->getDataItem(node, flat, 0);
+    if (!cell || !(cell->flags & ZorValueNode::changed)) return;
+    writeStart(writer, element);
+    StringRef const text(document->nonBlockingGetStringNodeValue(node, flat));
+    if (text) writeText(writer, escaped(text.text()));
+}
+
+// Writes the children of `node` under one of its occurrences. Whether there was anything.
+bool writeChildren(ZorDataWriter* writer, ZorDocument* document, ZorSchemaNode const* node,
+                   long parentOccurrence, Element* outer) {
+    bool wroteAny = false;
+    for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
+        if (!hasCells(child)) continue;
+        long const count = child->getOccurrences();
+        long next = 0; // the occurrence that an element without number would be read as
+        for (long k = 0; k < count; ++k) {
+            long const flat = parentOccurrence * count + k;
+            Element element{outer, child->getName(), k, next < k, false};
+            if (child->isDataNode())
+                writeValue(writer, document, child, flat, &element);
+            else
+                writeChildren(writer, document, child, flat, &element);
+            if (!element.written) continue;
+            writeEnd(writer, element);
+            next = k + 1;
+            wroteAny = true;
+        }
+    }
+    return wroteAny;
 }
 
 } // namespace
@@ -73,21 +111,5 @@ void ZorDocument::exportXML(ZorDataWriter* writer) {
 }
 
 bool ZorDocument::exportXML(ZorSchemaNode* node, long parentOccurrence, ZorDataWriter* writer) {
-    bool wroteAny = false;
-    for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
-        if (!hasCells(child)) continue;
-        long const count = child->getOccurrences();
-        long next = 0; // the occurrence that an element without number would be read as
-        for (long k = 0; k < count; ++k) {
-            long const flat = parentOccurrence * count + k;
-            ZorStringWriter content;
-            bool const written = child->isDataNode() ? collectValue(this, child, flat, &content)
-                                                     : exportXML(child, flat, &content);
-            if (!written) continue;
-            writeElement(writer, child->getName(), k, next < k, content.getValue());
-            next = k + 1;
-            wroteAny = true;
-        }
-    }
-    return wroteAny;
+    return writeChildren(writer, this, node, parentOccurrence, nullptr);
 }

@@ -1,9 +1,10 @@
 // The text form of values in XML.
 
-#include "foundation/escape.h"
+#include "zor/text.h"
 
 #include <cstring>
 
+#include "foundation/escape.h"
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
 
@@ -46,10 +47,11 @@ void forEachEscapedPiece(char const* at, Take take) {
 
 } // namespace
 
-void zor_internal::writeEscaped(ZorDataWriter* writer, char const* text) {
-    forEachEscapedPiece(text, [writer](char const* chars, std::size_t length) {
-        writer->writeData(chars, static_cast<int>(length));
-    });
+std::string zor_internal::escaped(char const* text) {
+    std::string result;
+    forEachEscapedPiece(
+        text, [&result](char const* chars, std::size_t length) { result.append(chars, length); });
+    return result;
 }
 
 ZorString* escapeCData(void const* text) {

@@ -1,12 +1,12 @@
-// Escaping straight into a writer, which no string's length limits.
+// Escaping without the limit of a string's length.
 
 #pragma once
 
-#include "zor/text.h"
+#include <string>
 
 namespace zor_internal {
 
-// Writes what escapeCData of the text gives, whole.
-void writeEscaped(ZorDataWriter* writer, char const* text);
+// What escapeCData of the text gives, whole.
+std::string escaped(char const* text);
 
 } // namespace zor_internal
