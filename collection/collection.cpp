@@ -15,8 +15,6 @@
 
 using zor_internal::forEachEntry;
 using zor_internal::kDefaultSchemaName;
-using zor_internal::kMaxCells;
-using zor_internal::kMaxDocuments;
 using zor_internal::ListRef;
 using zor_internal::LockHolder;
 using zor_internal::raiseError;

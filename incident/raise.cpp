@@ -37,6 +37,7 @@ void zor_raiseIncident(ZorIncidentContext* ctx, severity sev, incidentType, int 
     va_list rest;
     va_start(rest, text);
     for (int i = 0; i < count; ++i) {
+        // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): it is started above
         char const* const piece = i == 0 ? text : va_arg(rest, char const*);
         if (piece) message += piece;
     }

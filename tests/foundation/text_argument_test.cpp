@@ -19,8 +19,8 @@ TEST(TextArgument, ReadsStringsPlainTextsAndNull) {
     Text const string("volume");
     EXPECT_STREQ(textOf(static_cast<ZorString*>(string)), "volume");
     // Volatile, so that no optimiser sees a literal where a string might stand.
-    char const* volatile const plain = "volume";
-    char const* volatile const empty = "";
+    char const* const volatile plain = "volume";
+    char const* const volatile empty = "";
     EXPECT_STREQ(textOf(plain), "volume");
     EXPECT_STREQ(textOf(empty), "");
     EXPECT_STREQ(textOf(nullptr), "");
