@@ -11,7 +11,7 @@ namespace {
 
 class ResultAccess : public testing::Test {
 protected:
-    // The results of a select, for one full expression or longer.
+    // The results of a select.
     std::unique_ptr<ZorResultSet> select(char const* path) {
         return std::unique_ptr<ZorResultSet>(store.document.select(path));
     }
@@ -331,4 +331,16 @@ TEST_F(ResultAccess, LoopsOverEverything) {
     }
     EXPECT_EQ(seen, "a[1]= a[2]= i[1]=5 i[2]=5 u[1]= f[1]=0.5 i[1]=5 i[2]=5 u[1]= f[1]=0.5 "
                     "t[1]=abcdef t[2]=abcdef t[3]=abcdef b[1]=true ");
+}
+
+// A plain text that begins like a string is a text all the same, and may not be too long either.
+TEST_F(ResultAccess, SetsATextThatBeginsLikeAString) {
+    auto const results = select("t[1]");
+    std::string const text = "\xFF\xFE text";
+    EXPECT_EQ(results->setValue(text.c_str()), 1);
+    EXPECT_EQ(taken(results->getValue()), text);
+    std::string const tooLong = "\xFF" + std::string(ZorString::maxLength, 'x');
+    EXPECT_EQ(results->setValue(tooLong.c_str()), 0);
+    EXPECT_EQ(log.take(), "3 setStringNodeValue: value (" + tooLong + ") is not valid\n");
+    EXPECT_EQ(taken(results->getValue()), text);
 }

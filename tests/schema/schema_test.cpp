@@ -337,3 +337,16 @@ TEST_F(Schema, CountsItsDocuments) {
     }
     EXPECT_EQ(shape.schema.documentCount(), 0);
 }
+
+// Names are compared as they are stored: cut to what a string holds.
+TEST_F(Schema, NamesThatAreCutToTheSameAreTheSame) {
+    ZorSchema schema(nullptr, "phone");
+    std::string const longer(ZorString::maxLength + 10, 'y');
+    std::string const stored(ZorString::maxLength, 'y');
+    ZorSchemaNode* const node = schema.makeBranchNode(schema.getRootNode(), longer.c_str(), 1);
+    ASSERT_NE(node, nullptr);
+    EXPECT_EQ(node->getName(), stored);
+    EXPECT_EQ(schema.makeBranchNode(schema.getRootNode(), longer.c_str(), 1), nullptr);
+    EXPECT_EQ(log.take(),
+              "3 zor_branchNodeMake(" + stored + "): node name already exists for given parent\n");
+}
