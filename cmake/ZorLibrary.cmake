@@ -13,6 +13,7 @@ add_library(zor_objects OBJECT
   xml/event_handlers.cpp
   xml/parse_context.cpp
   xml/parse_rules.cpp
+  xml/parse_run.cpp
   xml/parser.cpp
   types/address_type.cpp
   types/bool_type.cpp

@@ -9,7 +9,13 @@
 
 #include "incident/raise.h"
 #include "xml/parse_context.h"
+#include "xml/parse_run.h"
 #include "zor/xml.h"
+
+using zor_internal::disregard;
+using zor_internal::ParseRun;
+using zor_internal::raise;
+using zor_internal::raiseTooLong;
 
 namespace {
 
@@ -29,10 +35,7 @@ void finishText(ZORParseContext* context) {
     }
 }
 
-} // namespace
-
-void zor_internal::onStartElement(void* userData, char const* name, char const** attributes) {
-    ZORParseContext*& current = slotAt(userData);
+void startElement(ZORParseContext*& current, char const* name, char const** attributes) {
     // Kept: the messages of the new context come before the test, so a warning among them lifts an
     // earlier error.
     auto opened = std::make_unique<ZORParseContext>(current, name, attributes);
@@ -42,8 +45,7 @@ void zor_internal::onStartElement(void* userData, char const* name, char const**
     if (rules && rules->startElement) rules->startElement(current);
 }
 
-void zor_internal::onCharacterData(void* userData, char const* text, int length) {
-    ZORParseContext* const current = slotAt(userData);
+void collectText(ZORParseContext* current, char const* text, int length) {
     ZorElementParseRules const* const rules = current->parseRules;
     if (hasFailed(current) || !rules || rules->characterData == ignoreCharacterData) return;
     int const collected = current->characterData ? current->characterData->length : 0;
@@ -57,8 +59,7 @@ void zor_internal::onCharacterData(void* userData, char const* text, int length)
                                  : ZorString::create(text, length);
 }
 
-void zor_internal::onEndElement(void* userData, char const* name) {
-    ZORParseContext*& current = slotAt(userData);
+void endElement(ZORParseContext*& current, char const* name) {
     ZorElementParseRules const* const rules = current->parseRules;
     if (!hasFailed(current) && rules) {
         finishText(current);
@@ -74,4 +75,28 @@ void zor_internal::onEndElement(void* userData, char const* name) {
     // Kept: also after an error, although no start tag opened a context then.
     std::unique_ptr<ZORParseContext> const closed(current);
     current = closed->outerContext;
+}
+
+// Lets no exception out into the parser that called.
+template <typename Handle>
+void guarded(void* userData, Handle handle) {
+    ZORParseContext*& current = slotAt(userData);
+    if (ParseRun* const run = ParseRun::of(current->parser))
+        run->guard([&] { handle(current); });
+    else
+        handle(current);
+}
+
+} // namespace
+
+void zor_internal::onStartElement(void* userData, char const* name, char const** attributes) {
+    guarded(userData, [=](ZORParseContext*& current) { startElement(current, name, attributes); });
+}
+
+void zor_internal::onCharacterData(void* userData, char const* text, int length) {
+    guarded(userData, [=](ZORParseContext* current) { collectText(current, text, length); });
+}
+
+void zor_internal::onEndElement(void* userData, char const* name) {
+    guarded(userData, [=](ZORParseContext*& current) { endElement(current, name); });
 }

@@ -5,12 +5,16 @@
 #include <cstring>
 #include <string>
 
+#include "foundation/map_entries.h"
+#include "foundation/string_ref.h"
 #include "incident/raise.h"
 #include "zor/string.h"
 
 using zor_internal::disregard;
+using zor_internal::forEachEntry;
 using zor_internal::raise;
 using zor_internal::raiseTooLong;
+using zor_internal::StringRef;
 
 namespace {
 
@@ -67,22 +71,21 @@ bool storeAttributes(ZORParseContext* context, char const* elementName, char con
             raiseTooLong(context, elementName);
             return false;
         }
+        StringRef text(ZorString::create(value, -1));
         if (!context->attributes) context->attributes = zor_mapMake();
         auto* const earlier =
             static_cast<ZorString*>(zor_mapGet(context->attributes, accepted->value));
+        zor_mapSet(context->attributes, accepted->value, text.get());
+        (void)text.release();
         if (earlier) earlier->removeRef();
-        zor_mapSet(context->attributes, accepted->value, ZorString::create(value, -1));
     }
     return true;
 }
 
 void releaseAttributes(ZORParseContext* context) {
     if (!context->attributes) return;
-    ZorListNode* const values = zor_mapValues(context->attributes);
-    for (ZorListNode const* node = values; node; node = node->next) {
-        static_cast<ZorString*>(node->value)->removeRef();
-    }
-    zor_listDelete(values);
+    forEachEntry(context->attributes,
+                 [](ZorMapEntry& entry) { static_cast<ZorString*>(entry.value)->removeRef(); });
     zor_mapDelete(context->attributes);
     context->attributes = nullptr;
 }

@@ -3,10 +3,12 @@
 #include <set>
 #include <vector>
 
+#include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
 #include "zor/xml.h"
 
 using zor_internal::stringOf;
+using zor_internal::StringRef;
 
 namespace {
 
@@ -67,12 +69,15 @@ void zor_XMLParseRulesRemoveRef(ZorElementParseRules* rules) {
 }
 
 void zor_XMLParseRulesAddAttribute(ZorElementParseRules* rules, void const* name) {
-    appendTo(&rules->attributes, stringOf(name));
+    StringRef reference(stringOf(name));
+    appendTo(&rules->attributes, reference.get());
+    (void)reference.release();
 }
 
 void zor_XMLParseRulesAddInnerRules(ZorElementParseRules* outer, ZorElementParseRules* inner) {
+    bool const closesCycle = isReachable(outer, inner);
     appendTo(&outer->innerRules, inner);
-    if (!isReachable(outer, inner)) ++inner->refCount;
+    if (!closesCycle) ++inner->refCount;
 }
 
 void zor_XMLParseRulesSetElementUserData(ZorElementParseRules* rules, void* data,

@@ -2,59 +2,21 @@
 
 #include <expat.h>
 
-#include <cstdio>
 #include <cstring>
+#include <memory>
 #include <new>
-#include <string>
 
 #include "collection/leftovers.h"
 #include "incident/raise.h"
 #include "xml/event_handlers.h"
+#include "xml/parse_run.h"
 #include "zor/collection.h"
 #include "zor/xml.h"
 
+using zor_internal::ParseRun;
 using zor_internal::raiseError;
 
 namespace {
-
-constexpr char kFrameLabel[] = "zor_XMLParse: ";
-
-void renderPosition(std::string& out, void* data) {
-    XML_Parser const expat = static_cast<ZorXmlParser*>(data)->expatParser;
-    char position[64];
-    std::snprintf(position, sizeof position, "line %ld, column %ld ",
-                  static_cast<long>(XML_GetCurrentLineNumber(expat)),
-                  static_cast<long>(XML_GetCurrentColumnNumber(expat)));
-    out += position;
-}
-
-// The frame that gives every incident of one `parse` its position. A parser without an incident
-// context has one for as long as the frame stands.
-class PositionFrame {
-public:
-    explicit PositionFrame(ZorXmlParser* framed)
-        : parser(framed), temporary(!framed->incidentContext) {
-        if (temporary) {
-            parser->incidentContext = new ZorIncidentContext(kFrameLabel, renderPosition, parser);
-        } else {
-            parser->incidentContext->push(kFrameLabel, renderPosition, parser);
-        }
-    }
-    PositionFrame(PositionFrame const&) = delete;
-    PositionFrame& operator=(PositionFrame const&) = delete;
-    ~PositionFrame() {
-        if (temporary) {
-            delete parser->incidentContext;
-            parser->incidentContext = nullptr;
-        } else {
-            parser->incidentContext->pop();
-        }
-    }
-
-private:
-    ZorXmlParser* parser;
-    bool temporary;
-};
 
 XML_Parser makeExpat(ZORParseContext** currentContext) {
     XML_Parser const expat = XML_ParserCreate(nullptr);
@@ -75,7 +37,9 @@ void closeContexts(ZorXmlParser* parser, ZORParseContext const* last) {
 }
 
 void addDefinitionRules(ZORParseContext* root, ZorCollection* collection) {
-    zor_XMLParseRulesAddInnerRules(root->parseRules, zor_getZORParseRules(collection));
+    std::unique_ptr<ZorElementParseRules> rules(zor_getZORParseRules(collection));
+    zor_XMLParseRulesAddInnerRules(root->parseRules, rules.get());
+    (void)rules.release();
 }
 
 // The rules of the definition language, which the constructor put first.
@@ -86,10 +50,13 @@ ZorElementParseRules* definitionRulesOf(ZORParseContext const* root) {
 } // namespace
 
 ZorXmlParser::ZorXmlParser(ZorCollection* collection, ZorIncidentContext* incidents)
-    : expatParser(nullptr), currentContext(new ZORParseContext(this)), rootContext(currentContext),
+    : expatParser(nullptr), currentContext(nullptr), rootContext(nullptr),
       incidentContext(incidents) {
-    addDefinitionRules(rootContext, collection);
+    auto root = std::make_unique<ZORParseContext>(this);
+    addDefinitionRules(root.get(), collection);
     expatParser = makeExpat(&currentContext);
+    rootContext = root.release();
+    currentContext = rootContext;
 }
 
 ZorXmlParser::~ZorXmlParser() {
@@ -99,8 +66,9 @@ ZorXmlParser::~ZorXmlParser() {
 
 void ZorXmlParser::parse(char const* text, int length, int isFinal) {
     if (length == -1) length = text ? static_cast<int>(std::strlen(text)) : 0;
-    PositionFrame const frame(this);
+    ParseRun const run(this);
     if (XML_Parse(expatParser, text, length, isFinal) == XML_STATUS_OK) return;
+    run.rethrow();
     raiseError(incidentContext, incidentInvalidXml, XML_ErrorString(XML_GetErrorCode(expatParser)));
 }
 

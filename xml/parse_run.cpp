@@ -1,0 +1,51 @@
+#include "xml/parse_run.h"
+
+#include <expat.h>
+
+#include <cstdio>
+#include <string>
+
+namespace zor_internal {
+namespace {
+
+constexpr char kFrameLabel[] = "zor_XMLParse: ";
+
+} // namespace
+
+ParseRun::ParseRun(ZorXmlParser* running) : parser(running), temporary(!running->incidentContext) {
+    if (temporary) {
+        parser->incidentContext = new ZorIncidentContext(kFrameLabel, renderPosition, this);
+    } else {
+        parser->incidentContext->push(kFrameLabel, renderPosition, this);
+    }
+}
+
+ParseRun::~ParseRun() {
+    if (temporary) {
+        delete parser->incidentContext;
+        parser->incidentContext = nullptr;
+    } else {
+        parser->incidentContext->pop();
+    }
+}
+
+ParseRun* ParseRun::of(ZorXmlParser const* parser) {
+    if (!parser->incidentContext) return nullptr;
+    // A callback that was left by an exception may have left frames of its own behind.
+    ZorIncidentContext const* frame = parser->incidentContext->top;
+    while (frame && frame->render != renderPosition) frame = frame->outer;
+    return frame ? static_cast<ParseRun*>(frame->renderData) : nullptr;
+}
+
+void ParseRun::renderPosition(std::string& out, void* run) {
+    XML_Parser const expat = static_cast<ParseRun*>(run)->parser->expatParser;
+    char position[64];
+    std::snprintf(position, sizeof position, "line %ld, column %ld ",
+                  static_cast<long>(XML_GetCurrentLineNumber(expat)),
+                  static_cast<long>(XML_GetCurrentColumnNumber(expat)));
+    out += position;
+}
+
+void ParseRun::stop() { XML_StopParser(parser->expatParser, XML_FALSE); }
+
+} // namespace zor_internal

@@ -1,0 +1,52 @@
+// One running `parse`, for the handlers: where it keeps what one of them threw.
+//
+// No exception may pass through the XML parser's own frames. A handler that throws stops the
+// parser; the exception goes on once that has returned.
+
+#pragma once
+
+#include <exception>
+
+#include "zor/xml.h"
+
+namespace zor_internal {
+
+// The frame of a parser's incident context that gives every incident of one `parse` its position.
+// A parser without an incident context has one for as long as the frame stands.
+class ParseRun {
+public:
+    explicit ParseRun(ZorXmlParser* running);
+    ParseRun(ParseRun const&) = delete;
+    ParseRun& operator=(ParseRun const&) = delete;
+    ~ParseRun();
+
+    // The run that the parser is in; null when it is in none.
+    static ParseRun* of(ZorXmlParser const* parser);
+
+    // Calls `handle`, unless a handler has thrown before.
+    template <typename Handle>
+    void guard(Handle handle) {
+        if (failure) return;
+        try {
+            handle();
+        } catch (...) {
+            failure = std::current_exception();
+            stop();
+        }
+    }
+
+    // Throws on what a handler threw, if any did.
+    void rethrow() const {
+        if (failure) std::rethrow_exception(failure);
+    }
+
+private:
+    static void renderPosition(std::string& out, void* run);
+    void stop();
+
+    ZorXmlParser* parser;
+    bool temporary;
+    std::exception_ptr failure;
+};
+
+} // namespace zor_internal
