@@ -2,10 +2,13 @@
 
 #include "zor/collection.h"
 
+#include <cstring>
+#include <memory>
 #include <set>
 
 #include "collection/default_schema.h"
 #include "collection/limits.h"
+#include "foundation/list_builder.h"
 #include "foundation/list_ref.h"
 #include "foundation/map_entries.h"
 #include "foundation/string_ref.h"
@@ -14,12 +17,14 @@
 #include "platform/lock_holder.h"
 
 using zor_internal::forEachEntry;
+using zor_internal::freeEntry;
+using zor_internal::kBucketCount;
 using zor_internal::kDefaultSchemaName;
+using zor_internal::ListBuilder;
 using zor_internal::ListRef;
 using zor_internal::LockHolder;
 using zor_internal::raiseError;
 using zor_internal::reasonAgainstDocument;
-using zor_internal::removeEntriesIf;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
 using zor_internal::textOf;
@@ -35,24 +40,12 @@ void countLiveCollections(int change) {
 }
 
 // The values of a map, without those that are null.
-template <typename T>
-std::vector<T*> valuesOf(ZorMapEntry** map) {
-    std::vector<T*> values;
-    forEachEntry(map, [&](ZorMapEntry const& entry) {
-        if (entry.value) values.push_back(static_cast<T*>(entry.value));
+ZorListNode* listOf(ZorMapEntry** map) {
+    ListBuilder values;
+    forEachEntry(map, [&values](ZorMapEntry const& entry) {
+        if (entry.value) values.append(entry.value);
     });
-    return values;
-}
-
-template <typename T>
-ZorListNode* listOf(std::vector<T*> const& values) {
-    ZorListNode* first = nullptr;
-    ZorListNode* last = nullptr;
-    for (T* const value : values) {
-        last = last ? zor_listAddNode(last, value) : zor_listMake(value);
-        if (!first) first = last;
-    }
-    return first;
+    return values.release();
 }
 
 // What the object calls itself, which need not be the key it is stored under.
@@ -60,37 +53,108 @@ ZorString* ownName(ZorSchema const* schema) { return schema->rootNode->name; }
 ZorString* ownName(ZorDocument const* document) { return document->name; }
 ZorString* ownName(ZorCollection const* collection) { return collection->name; }
 
-// Takes all objects out of the map.
+// Objects that are removed from a map to be deleted: in the order of the map, and each once, even
+// one that was stored under two names. Nothing is allocated, so that nothing can fail half-way and
+// destructors may use it: the objects stay with their entries, which form a chain. Used once.
+template <typename T>
+class Removed {
+public:
+    Removed() = default;
+    Removed(Removed const&) = delete;
+    Removed& operator=(Removed const&) = delete;
+    ~Removed() {
+        while (ZorMapEntry* const entry = first) {
+            first = entry->next;
+            auto* const object = static_cast<T*>(entry->value);
+            if (isAliased) forget(object);
+            freeEntry(entry);
+            delete object;
+        }
+    }
+
+    // Removes the entries with the objects for which `isWanted` is true.
+    template <typename Predicate>
+    void takeIf(ZorMapEntry** map, Predicate isWanted) {
+        ZorMapEntry** last = &first;
+        for (unsigned i = 0; i < kBucketCount; ++i) {
+            for (ZorMapEntry** link = &map[i]; *link;) {
+                ZorMapEntry* const entry = *link;
+                auto const* const object = static_cast<T const*>(entry->value);
+                if (!object || !isWanted(object)) {
+                    link = &entry->next;
+                    continue;
+                }
+                isAliased = isAliased || std::strcmp(entry->key->text, ownName(object)->text) != 0;
+                *link = entry->next;
+                entry->next = nullptr;
+                *last = entry;
+                last = &entry->next;
+            }
+        }
+    }
+
+private:
+    // Only a host stores an object under another name than its own: all others cost no search.
+    void forget(T const* object) {
+        for (ZorMapEntry* entry = first; entry; entry = entry->next) {
+            if (entry->value == object) entry->value = nullptr;
+        }
+    }
+
+    ZorMapEntry* first = nullptr;
+    bool isAliased = false;
+};
+
+// Destroys all objects of a map, and the map; null is allowed.
+template <typename T>
+void destroyAll(ZorMapEntry** map) {
+    if (!map) return;
+    Removed<T>().takeIf(map, [](T const*) { return true; });
+    zor_mapDelete(map);
+}
+
+// What a collection holds, as far as it was made.
+void destroyContents(ZorCollection* collection) {
+    if (collection->name) collection->name->removeRef();
+    {
+        LockHolder const holder(collection->lock);
+        destroyAll<ZorDocument>(collection->documents); // before the schemas they were made from
+        destroyAll<ZorSchema>(collection->schemas);
+    }
+    destroyAll<ZorCollection>(collection->collections);
+    for (ZorXmlParser* const parser : collection->parsers) {
+        delete parser->incidentContext;
+        delete parser;
+    }
+}
+
+// Takes all objects out of the map, each listed once.
 // Kept: an entry is removed by the object's own name. One that is stored under another key stays,
 // with a null value.
 template <typename T>
 std::vector<T*> takeAll(ZorMapEntry** map) {
-    std::vector<T*> objects = valuesOf<T>(map);
+    std::vector<T*> objects;
+    std::set<T const*> listed;
+    forEachEntry(map, [&](ZorMapEntry const& entry) {
+        auto* const object = static_cast<T*>(entry.value);
+        if (object && listed.insert(object).second) objects.push_back(object);
+    });
     for (T const* const object : objects) zor_mapRemove(map, ownName(object));
     forEachEntry(map, [](ZorMapEntry& entry) { entry.value = nullptr; });
     return objects;
 }
 
-// Deletes the objects in their order, each once, even one that was stored under two names.
 template <typename T>
 void deleteEach(std::vector<T*> const& objects) {
-    std::set<T const*> deleted;
-    for (T* const object : objects) {
-        if (deleted.insert(object).second) delete object;
-    }
+    for (T* const object : objects) delete object;
 }
 
 // Removes and deletes the documents of a schema that is about to go.
 // REQUIRES: the caller holds the collection's lock.
 void deleteDocumentsOf(ZorCollection* collection, ZorSchema const* schema) {
-    std::vector<ZorDocument*> removed;
-    removeEntriesIf(collection->documents, [&](ZorMapEntry const& entry) {
-        auto* const document = static_cast<ZorDocument*>(entry.value);
-        if (!document || document->rootNode != schema->rootNode) return false;
-        removed.push_back(document);
-        return true;
+    Removed<ZorDocument>().takeIf(collection->documents, [schema](ZorDocument const* document) {
+        return document->rootNode == schema->rootNode;
     });
-    deleteEach(removed);
 }
 
 // Why a document was not made.
@@ -119,9 +183,9 @@ ZorDocument* tryMakeDocument(ZorCollection* collection, void const* schemaName,
     if (char const* const reason = reasonAgainstDocument(schema)) {
         return refuse("Schema (", schemaName, reason);
     }
-    auto* const document = new ZorDocument(schema, documentName);
-    zor_mapSet(collection->documents, documentName, document);
-    return document;
+    auto document = std::make_unique<ZorDocument>(schema, documentName);
+    zor_mapSet(collection->documents, documentName, document.get());
+    return document.release();
 }
 
 } // namespace
@@ -137,28 +201,26 @@ int ZorCollection::refCount = 0;
 ZorCollection::ZorCollection(void const* collectionName) : ZorCollection(collectionName, nullptr) {}
 
 ZorCollection::ZorCollection(void const* collectionName, ZorDictionary* schemaDictionary)
-    : lock(1, 1, false), dictionary(schemaDictionary), defaultSchema(nullptr),
-      schemas(zor_mapMake()), documents(zor_mapMake()), collections(zor_mapMake()),
-      name(stringOf(collectionName)), parseDepth(0) {
-    defaultSchema = makeSchema(kDefaultSchemaName);
-    defaultSchema->makeDataNode(defaultSchema->rootNode, "itemValue", 1,
-                                defaultSchema->getDataType("string"), "");
+    : lock(1, 1, false), dictionary(schemaDictionary), defaultSchema(nullptr), schemas(nullptr),
+      documents(nullptr), collections(nullptr), name(nullptr), parseDepth(0) {
+    try {
+        name = stringOf(collectionName);
+        schemas = zor_mapMake();
+        documents = zor_mapMake();
+        collections = zor_mapMake();
+        defaultSchema = makeSchema(kDefaultSchemaName);
+        defaultSchema->makeDataNode(defaultSchema->rootNode, "itemValue", 1,
+                                    defaultSchema->getDataType("string"), "");
+    } catch (...) {
+        destroyContents(this); // as the destructor, which does not run then
+        throw;
+    }
     LockHolder const holder(lock);
     countLiveCollections(1);
 }
 
 ZorCollection::~ZorCollection() {
-    name->removeRef();
-    deleteAllDocuments(); // before the schemas that they were made from
-    deleteAllSchemas();
-    deleteAllCollections();
-    zor_mapDelete(documents);
-    zor_mapDelete(schemas);
-    zor_mapDelete(collections);
-    for (ZorXmlParser* const parser : parsers) {
-        delete parser->incidentContext;
-        delete parser;
-    }
+    destroyContents(this);
     LockHolder const holder(lock);
     countLiveCollections(-1);
 }
@@ -170,9 +232,9 @@ ZorSchema* ZorCollection::makeSchema(void const* schemaName) {
                    textOf(schemaName), ") already exists}");
         return nullptr;
     }
-    auto* const schema = new ZorSchema(this, schemaName);
-    zor_mapSet(schemas, schemaName, schema);
-    return schema;
+    auto schema = std::make_unique<ZorSchema>(this, schemaName);
+    zor_mapSet(schemas, schemaName, schema.get());
+    return schema.release();
 }
 
 ZorDocument* ZorCollection::makeDocument(void const* schemaName, void const* documentName) {
@@ -191,10 +253,10 @@ ZorCollection* ZorCollection::makeCollection(void const* collectionName) {
                    textOf(collectionName), ") already exists}");
         // Kept: unlike a schema or document, the new collection takes the place of the old one.
     }
-    auto* const made = new ZorCollection(collectionName);
+    auto made = std::make_unique<ZorCollection>(collectionName);
     LockHolder const holder(lock);
-    zor_mapSet(collections, collectionName, made);
-    return made;
+    zor_mapSet(collections, collectionName, made.get());
+    return made.release();
 }
 
 ZorSchema* ZorCollection::getSchema(void const* schemaName) {
@@ -216,17 +278,17 @@ ZorCollection* ZorCollection::getCollection(void const* collectionName) {
 
 ZorListNode* ZorCollection::getSchemas() {
     LockHolder const holder(lock);
-    return listOf(valuesOf<ZorSchema>(schemas));
+    return listOf(schemas);
 }
 
 ZorListNode* ZorCollection::getDocuments() {
     LockHolder const holder(lock);
-    return listOf(valuesOf<ZorDocument>(documents));
+    return listOf(documents);
 }
 
 ZorListNode* ZorCollection::getCollections() {
     LockHolder const holder(lock);
-    return listOf(valuesOf<ZorCollection>(collections));
+    return listOf(collections);
 }
 
 void ZorCollection::getSchemas(std::list<ZorSchema*>& out) {
@@ -245,7 +307,10 @@ void ZorCollection::getDocuments(std::list<ZorDocument*>& out) {
 
 void ZorCollection::getCollections(std::list<ZorCollection*>& out) {
     LockHolder const holder(lock);
-    for (ZorCollection* const value : valuesOf<ZorCollection>(collections)) out.push_back(value);
+    ListRef const values(listOf(collections));
+    for (ZorListNode const* node = values.first(); node; node = node->next) {
+        out.push_back(static_cast<ZorCollection*>(node->value));
+    }
 }
 
 void ZorCollection::setSchema(ZorSchema* schema, void const* schemaName) {

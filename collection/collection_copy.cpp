@@ -55,6 +55,14 @@ std::unique_ptr<ZorDocument> copyOf(ZorDocument* source, ZorSchema* schema, char
     return copy;
 }
 
+std::unique_ptr<ZorSchema> copyOf(ZorSchema* source) {
+    // Kept: while they are copied, nodes find types in the schema itself and the built-in table,
+    // not in the collection that the copy is for.
+    ZorCollection const scope("");
+    LockHolder const holder(source->lock);
+    return std::make_unique<ZorSchema>(*source, scope);
+}
+
 // Stores a copy of the source under the key, and deletes what was there after that: it may be the
 // source. The reason why nothing was done, or null.
 char const* replaceByCopy(ZorCollection* collection, ZorString* key, ZorDocument* source) {
@@ -83,16 +91,11 @@ void ZorCollection::copyDocument(char const* documentName, ZorDocument* source) 
 }
 
 void ZorCollection::copySchema(char const* schemaName, ZorSchema* source) {
-    ZorSchema* copy;
-    {
-        // Kept: while they are copied, nodes find types in the schema itself and the built-in
-        // table, not in this collection.
-        ZorCollection const scope("");
-        copy = new ZorSchema(*source, scope);
-    }
-    copy->collection = this;
-    // Copied before the old schema goes, which may be the source.
+    // Copied before the old schema goes, which may be the source, and may own the name.
     StringRef const key(ZorString::create(schemaName, -1));
-    deleteSchema(schemaName);
-    setSchema(copy, key.get());
+    std::unique_ptr<ZorSchema> copy = copyOf(source);
+    copy->collection = this;
+    deleteSchema(key.text());
+    setSchema(copy.get(), key.get());
+    (void)copy.release();
 }

@@ -48,7 +48,8 @@ std::unique_ptr<NodeInfo> describeNode(ZORParseContext const* context) {
         return nullptr;
     }
     zor_stringAddRef(name); // shared, so that trimming leaves the attribute as it is
-    StringRef const trimmed(name->trim());
+    StringRef trimmed(name);
+    trimmed.replace(name->trim());
     if (trimmed.get()->length == 0) {
         raiseDefinitionError(context, "name must not be blank");
         return nullptr;

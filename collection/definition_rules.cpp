@@ -1,5 +1,8 @@
 // The rules of the definition language, and the callbacks of its containers.
 
+#include <initializer_list>
+#include <memory>
+
 #include "collection/definition_callbacks.h"
 #include "collection/import_callbacks.h"
 #include "collection/import_rule_info.h"
@@ -51,17 +54,38 @@ void schemaStart(ZORParseContext* context) {
     zor_XMLContextSetUserData(context, collection->makeSchema(name));
 }
 
+using Rule = std::unique_ptr<ZorElementParseRules>;
+
 template <typename... Names>
-ZorElementParseRules* makeRule(void const* name, ZorElementCallback start, ZorElementCallback end,
-                               Names... attributes) {
-    auto* const rule = new ZorElementParseRules(name, ignoreCharacterData, start, end);
-    (zor_XMLParseRulesAddAttribute(rule, attributes), ...);
+Rule makeRule(void const* name, ZorElementCallback start, ZorElementCallback end,
+              Names... attributes) {
+    auto rule = std::make_unique<ZorElementParseRules>(name, ignoreCharacterData, start, end);
+    (zor_XMLParseRulesAddAttribute(rule.get(), attributes), ...);
     return rule;
 }
 
-template <typename... Rules>
-void allowInside(ZorElementParseRules* outer, Rules*... inner) {
-    (zor_XMLParseRulesAddInnerRules(outer, inner), ...);
+// Allows the new rule inside `outer`, which keeps it alive from now on.
+ZorElementParseRules* adopt(ZorElementParseRules* outer, Rule inner) {
+    zor_XMLParseRulesAddInnerRules(outer, inner.get());
+    return inner.release();
+}
+
+void allowInside(ZorElementParseRules* outer,
+                 std::initializer_list<ZorElementParseRules*> innerRules) {
+    for (ZorElementParseRules* const inner : innerRules) {
+        zor_XMLParseRulesAddInnerRules(outer, inner);
+    }
+}
+
+void adoptSchemaRules(ZorElementParseRules* schema) {
+    adopt(schema, makeRule("branch", branchStart, branchEnd, "name", "occurrences", "parent"));
+    adopt(schema,
+          makeRule("item", itemStart, itemEnd, "name", "occurrences", "type", "default", "parent"));
+    adopt(schema,
+          makeRule("range", rangeStart, rangeEnd, "name", "baseType", "minValue", "maxValue"));
+    auto* const choice = adopt(schema, makeRule("choice", choiceStart, nullptr, "name"));
+    adopt(choice, std::make_unique<ZorElementParseRules>("option", trimmedCharacterData, nullptr,
+                                                         optionEnd));
 }
 
 } // namespace
@@ -77,23 +101,12 @@ void zor_internal::releaseLeftovers(ZorElementParseRules* rules) {
 }
 
 ZorElementParseRules* zor_getZORParseRules(ZorCollection* collection) {
-    auto* const branch =
-        makeRule("branch", branchStart, branchEnd, "name", "occurrences", "parent");
-    auto* const item =
-        makeRule("item", itemStart, itemEnd, "name", "occurrences", "type", "default", "parent");
-    auto* const range =
-        makeRule("range", rangeStart, rangeEnd, "name", "baseType", "minValue", "maxValue");
-    auto* const option =
-        new ZorElementParseRules("option", trimmedCharacterData, nullptr, optionEnd);
-    auto* const choice = makeRule("choice", choiceStart, nullptr, "name");
-    allowInside(choice, option);
-    auto* const schema = makeRule("schema", schemaStart, nullptr, "name");
-    allowInside(schema, branch, item, range, choice);
-    auto* const document = zor_getDocumentParseRules();
-    auto* const inner = makeRule("collection", collectionStart, nullptr, "name");
-    allowInside(inner, inner, schema, document);
-    auto* const root = makeRule(collection->name, rootStart, nullptr);
-    allowInside(root, inner, schema, document);
-    zor_XMLParseRulesSetElementUserData(root, collection, nullptr);
-    return root;
+    Rule root = makeRule(collection->name, rootStart, nullptr);
+    zor_XMLParseRulesSetElementUserData(root.get(), collection, nullptr);
+    auto* const inner = adopt(root.get(), makeRule("collection", collectionStart, nullptr, "name"));
+    auto* const schema = adopt(root.get(), makeRule("schema", schemaStart, nullptr, "name"));
+    auto* const document = adopt(root.get(), Rule(zor_getDocumentParseRules()));
+    allowInside(inner, {inner, schema, document});
+    adoptSchemaRules(schema);
+    return root.release();
 }

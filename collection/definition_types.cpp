@@ -2,6 +2,8 @@
 
 #include "collection/range_info.h"
 
+#include <memory>
+
 #include "collection/definition_callbacks.h"
 #include "collection/import_callbacks.h"
 #include "zor/schema.h"
@@ -10,11 +12,11 @@ using namespace zor_internal;
 
 namespace {
 
-// Hands the type to the schema. False when its name is taken: the type is destroyed then.
-bool addOrDestroy(ZorSchema* schema, ZorDataType* type) {
-    if (schema->addDataType(type)) return true;
-    delete type;
-    return false;
+// Hands the type to the schema. Null when its name is taken, or the type null: it is destroyed
+// then.
+ZorDataType* addOrDestroy(ZorSchema* schema, ZorDataType* made) {
+    std::unique_ptr<ZorDataType> type(made);
+    return schema->addDataType(type.get()) ? type.release() : nullptr;
 }
 
 } // namespace
@@ -50,7 +52,7 @@ void zor_internal::rangeEnd(ZORParseContext* context) {
         if (!range) {
             raiseDefinitionError(context, "Could Not Make Range Type with supplied parameters");
         }
-        addOrDestroy(schema, range); // null is refused, and harmless
+        addOrDestroy(schema, range);
     }
     withdrawPending(context);
 }
@@ -60,8 +62,7 @@ void zor_internal::choiceStart(ZORParseContext* context) {
     if (!schema) return;
     ZorString const* const name = requiredName(context);
     if (!name) return;
-    ZorDataType* const choice = zor_choiceMake(name);
-    if (addOrDestroy(schema, choice)) zor_XMLContextSetUserData(context, choice);
+    zor_XMLContextSetUserData(context, addOrDestroy(schema, zor_choiceMake(name)));
 }
 
 void zor_internal::optionEnd(ZORParseContext* context) {

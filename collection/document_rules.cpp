@@ -1,5 +1,6 @@
 // <document>: finds or makes the document and lends its rule the rules of the schema's nodes.
 
+#include <memory>
 #include <string>
 
 #include "collection/default_schema.h"
@@ -98,10 +99,11 @@ bool zor_internal::isDocumentRule(ZorElementParseRules const* rules) {
 }
 
 ZorElementParseRules* zor_getDocumentParseRules() {
-    auto* const rule =
-        new ZorElementParseRules("document", ignoreCharacterData, documentStart, documentEnd);
-    zor_XMLParseRulesAddAttribute(rule, "name");
-    zor_XMLParseRulesAddAttribute(rule, "schema");
-    zor_XMLParseRulesSetElementUserData(rule, new ImportRuleInfo(nullptr), deleteImportRuleInfo);
-    return rule;
+    auto rule = std::make_unique<ZorElementParseRules>("document", ignoreCharacterData,
+                                                       documentStart, documentEnd);
+    zor_XMLParseRulesAddAttribute(rule.get(), "name");
+    zor_XMLParseRulesAddAttribute(rule.get(), "schema");
+    zor_XMLParseRulesSetElementUserData(rule.get(), new ImportRuleInfo(nullptr),
+                                        deleteImportRuleInfo);
+    return rule.release();
 }

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <memory>
 
 #include "collection/import_callbacks.h"
 #include "collection/import_rule_info.h"
@@ -94,14 +95,14 @@ void nodeBranchEnd(ZORParseContext* context) {
     if (published<ZorDocument>(context)) advance(infoOf(context));
 }
 
-ZorElementParseRules* makeNodeRule(ZorSchemaNode* node) {
+std::unique_ptr<ZorElementParseRules> makeNodeRule(ZorSchemaNode* node) {
     bool const isData = node->isDataNode();
-    auto* const rule =
-        new ZorElementParseRules(node->name, isData ? rawCharacterData : ignoreCharacterData,
-                                 nodeStart, isData ? nodeDataEnd : nodeBranchEnd);
-    zor_XMLParseRulesSetElementUserData(rule, new ImportRuleInfo(node), deleteImportRuleInfo);
-    zor_XMLParseRulesAddAttribute(rule, "occurrence");
-    if (!isData) addNodeRules(rule, node);
+    auto rule = std::make_unique<ZorElementParseRules>(
+        node->name, isData ? rawCharacterData : ignoreCharacterData, nodeStart,
+        isData ? nodeDataEnd : nodeBranchEnd);
+    zor_XMLParseRulesSetElementUserData(rule.get(), new ImportRuleInfo(node), deleteImportRuleInfo);
+    zor_XMLParseRulesAddAttribute(rule.get(), "occurrence");
+    if (!isData) addNodeRules(rule.get(), node);
     return rule;
 }
 
@@ -111,10 +112,10 @@ void zor_internal::addNodeRules(ZorElementParseRules* rules, ZorSchemaNode const
     ZorListNode* last = nullptr;
     for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
         // Linked by hand: a new rule closes no cycle, and the end of the list is known.
-        ZorElementParseRules* const rule = makeNodeRule(child);
-        last = last ? zor_listAddNode(last, rule) : zor_listMake(rule);
+        std::unique_ptr<ZorElementParseRules> rule = makeNodeRule(child);
+        last = last ? zor_listAddNode(last, rule.get()) : zor_listMake(rule.get());
         if (!rules->innerRules) rules->innerRules = last;
-        ++rule->refCount;
+        ++rule.release()->refCount;
     }
 }
 

@@ -3,6 +3,7 @@
 #include "zor/document.h"
 
 #include <memory>
+#include <utility>
 
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
@@ -16,27 +17,49 @@ using zor_internal::StringRef;
 
 namespace {
 
-// As many cells as the tree needs, all without value.
-ZorValueNode* makeCells(ZorSchemaNode* rootNode) {
-    auto const count = static_cast<std::size_t>(rootNode->countRequiredValueNodes());
-    auto* const cells = new ZorValueNode[count]();
-    for (std::size_t i = 0; i < count; ++i) cells[i].flags = ZorValueNode::noValue;
-    return cells;
-}
+// The cells of a document that is being made: as many as the tree needs, all without value.
+class Cells {
+public:
+    explicit Cells(ZorSchemaNode* root) : rootNode(root) {
+        auto const count = static_cast<std::size_t>(rootNode->countRequiredValueNodes());
+        cells = new ZorValueNode[count]();
+        for (std::size_t i = 0; i < count; ++i) cells[i].flags = ZorValueNode::noValue;
+    }
+    Cells(Cells const&) = delete;
+    Cells& operator=(Cells const&) = delete;
+    ~Cells() {
+        if (!cells) return;
+        rootNode->freeValueNodes(cells, 1);
+        delete[] cells;
+    }
+
+    ZorValueNode* first() const { return cells; }
+    [[nodiscard]] ZorValueNode* release() { return std::exchange(cells, nullptr); }
+
+private:
+    ZorSchemaNode* rootNode;
+    ZorValueNode* cells;
+};
 
 } // namespace
 
 ZorDocument::ZorDocument(ZorSchema* schema, void const* documentName)
-    : values(makeCells(schema->rootNode)), name(stringOf(documentName)), rootNode(schema->rootNode),
-      lock(1, 1, false) {
-    rootNode->makeValueNodes(values, 0, 1);
+    : values(nullptr), name(nullptr), rootNode(schema->rootNode), lock(1, 1, false) {
+    StringRef ownName(stringOf(documentName));
+    Cells cells(rootNode);
+    rootNode->makeValueNodes(cells.first(), 0, 1);
+    values = cells.release();
+    name = ownName.release();
     countDocuments(rootNode, 1);
 }
 
 ZorDocument::ZorDocument(ZorDocument const& other, ZorSchema* schema)
-    : values(makeCells(schema->rootNode)), name(zor_stringCopy(other.name)),
-      rootNode(schema->rootNode), lock(1, 1, false) {
-    rootNode->copyValueNodes(other.values, values, 0, 1);
+    : values(nullptr), name(nullptr), rootNode(schema->rootNode), lock(1, 1, false) {
+    StringRef ownName(zor_stringCopy(other.name));
+    Cells cells(rootNode);
+    rootNode->copyValueNodes(other.values, cells.first(), 0, 1);
+    values = cells.release();
+    name = ownName.release();
     countDocuments(rootNode, 1);
 }
 

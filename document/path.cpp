@@ -33,7 +33,10 @@ char const* parsePredicate(char const* at, int* occurrence) {
 
 } // namespace
 
-ParsedPath::ParsedPath(char const* path) : steps(), used(0), valid(parse(path)) {}
+ParsedPath::ParsedPath() : steps(), used(0), valid(false) {}
+
+// Delegates, so that the names read so far are released also when one cannot be allocated.
+ParsedPath::ParsedPath(char const* path) : ParsedPath() { valid = parse(path); }
 
 ParsedPath::~ParsedPath() {
     for (int i = 0; i < used; ++i) steps[i].name->removeRef();
@@ -47,9 +50,10 @@ bool ParsedPath::parse(char const* at) {
         at += slashes;
         std::size_t const length = std::strcspn(at, "[/");
         if (length > ZorString::maxLength) return false;
-        XPathStep& step = steps[used++];
+        XPathStep& step = steps[used];
         step.descendant = slashes == 2;
         step.name = ZorString::create(at, static_cast<int>(length));
+        ++used;
         step.occurrence = kAllOccurrences;
         at += length;
         if (*at == '[') at = parsePredicate(at, &step.occurrence);

@@ -19,6 +19,8 @@ public:
     XPathStep* first() { return steps; }
 
 private:
+    ParsedPath();
+
     static constexpr int kCapacity = 32; // one more than a path may have
 
     bool parse(char const* path);

@@ -8,9 +8,11 @@
 #include <memory>
 
 #include "document/text_access.h"
+#include "foundation/list_builder.h"
 #include "foundation/string_ref.h"
 #include "incident/raise.h"
 
+using zor_internal::ListBuilder;
 using zor_internal::raiseError;
 using zor_internal::setText;
 using zor_internal::StringRef;
@@ -45,13 +47,14 @@ void freeArray(ZorResultSet* set) {
 void reopen(ZorResultSet* set) {
     unsigned int const count = finalizedCount(set);
     if (count == 0) return;
-    ZorListNode* const first = zor_listMake(set->results[0]);
-    ZorListNode* last = first;
-    for (unsigned int i = 1; i < count; ++i) last = zor_listAddNode(last, set->results[i]);
-    zor_listJoin(last, set->head);
-    if (!set->head) set->tail = last;
-    set->head = first;
+    ListBuilder records;
+    for (unsigned int i = 0; i < count; ++i) records.append(set->results[i]);
     freeArray(set);
+    if (set->head)
+        zor_listJoin(records.last(), set->head);
+    else
+        set->tail = records.last();
+    set->head = records.release();
 }
 
 // The result under the cursor; null, with an incident, past the end.

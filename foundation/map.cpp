@@ -7,6 +7,7 @@
 
 #include <cstring>
 
+#include "foundation/list_builder.h"
 #include "foundation/map_entries.h"
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
@@ -15,6 +16,7 @@
 using zor_internal::forEachEntry;
 using zor_internal::freeEntry;
 using zor_internal::kBucketCount;
+using zor_internal::ListBuilder;
 using zor_internal::removeEntriesIf;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
@@ -77,13 +79,9 @@ void zor_mapRemove(ZorMapEntry** map, void const* key) {
 }
 
 ZorListNode* zor_mapValues(ZorMapEntry** map) {
-    ZorListNode* first = nullptr;
-    ZorListNode* last = nullptr;
-    forEachEntry(map, [&](ZorMapEntry const& entry) {
-        last = last ? zor_listAddNode(last, entry.value) : zor_listMake(entry.value);
-        if (!first) first = last;
-    });
-    return first;
+    ListBuilder values;
+    forEachEntry(map, [&values](ZorMapEntry const& entry) { values.append(entry.value); });
+    return values.release();
 }
 
 void zor_mapDelete(ZorMapEntry** map) {

@@ -2,7 +2,7 @@
 //
 // What is shared is never changed: a mutator called on a string with other holders goes on with a
 // private copy. Everything that may fail to allocate happens before the caller's reference is
-// given up.
+// given up, so that this stays right; a string of its own may have lost its text then.
 
 #include "zor/string.h"
 
@@ -66,11 +66,15 @@ void clear(ZorString* s) {
     s->text[0] = '\0';
 }
 
-// The permanent string of the same text instead of a private one, else the string itself. A string
-// under construction has a count of 0 and stays what it is.
+// The permanent string that stands in for a private one of the same text, or null. A string under
+// construction has a count of 0 and stays what it is.
+ZorString* permanentOf(ZorString const* s) {
+    return s->refCount == 1 ? findPermanent(s->text, s->length) : nullptr;
+}
+
+// That instead of the private string, else the string itself.
 ZorString* interned(ZorString* s) {
-    if (s->refCount != 1) return s;
-    ZorString* const permanent = findPermanent(s->text, s->length);
+    ZorString* const permanent = permanentOf(s);
     if (!permanent) return s;
     s->removeRef();
     return permanent;
@@ -141,12 +145,6 @@ private:
     std::unique_ptr<ZorString> own;
 };
 
-ZorString* appendOne(ZorString* s, char const* chars, int size) {
-    PrivateString target(s, [s] { return new ZorString(*s); });
-    appendCharacters(target.get(), chars, size);
-    return interned(target.commit());
-}
-
 } // namespace
 
 ZorString::ZorString(int count, char const* chars, int size, ...)
@@ -191,12 +189,25 @@ ZorString* ZorString::set(int count, char const* chars, int size, ...) {
     va_start(rest, size);
     PinnedText const pinned(this, count, chars, size, rest);
     PrivateString target(this, [] { return new ZorString(0, nullptr, 0); });
-    ZorString* result = target.commit();
-    clear(result);
-    // A permanent string may stand in after any pair, not only after the last.
-    forEachPair(count, chars, size, rest,
-                [&](char const* t, int n) { result = appendOne(result, pinned.resolve(t), n); });
+    if (count == 1) reserve(target.get(), charactersIn(chars, size) + 1); // or nothing changes
+    clear(target.get());
+    // A permanent string may stand in after any pair, not only after the last; what follows is
+    // appended to a copy of it. The target is kept until nothing can fail any more.
+    ZorString* result = target.get();
+    std::unique_ptr<ZorString> successor;
+    forEachPair(count, chars, size, rest, [&](char const* t, int n) {
+        if (result->refCount == permanentCount) {
+            successor = std::make_unique<ZorString>(*result);
+            result = successor.get();
+        }
+        appendCharacters(result, pinned.resolve(t), n);
+        if (ZorString* const permanent = permanentOf(result)) result = permanent;
+    });
     va_end(rest);
+    ZorString* const last = target.commit();
+    if (result == last) return result;
+    last->removeRef();
+    (void)(result == successor.get() ? successor.release() : nullptr);
     return result;
 }
 

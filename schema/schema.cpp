@@ -88,6 +88,11 @@ bool isBelow(ZorSchemaNode const* node, ZorSchemaNode const* top) {
     return node != nullptr;
 }
 
+void destroyTree(ZorSchemaNode* rootNode) {
+    forgetTree(rootNode);
+    delete rootNode;
+}
+
 } // namespace
 
 ZorSchema::ZorSchema(ZorCollection* owner, void const* name)
@@ -97,13 +102,15 @@ ZorSchema::ZorSchema(ZorCollection* owner, void const* name)
 ZorSchema::ZorSchema(ZorSchema const& other, ZorCollection const& owner)
     : ZorDataTypeCollection(other.getDataTypes()), rootNode(new ZorSchemaNode(*other.rootNode)),
       collection(const_cast<ZorCollection*>(&owner)), lock(1, 1, false) {
-    copySchemaNode(other.rootNode, rootNode);
+    try {
+        copySchemaNode(other.rootNode, rootNode);
+    } catch (...) {
+        destroyTree(rootNode); // as the destructor, which does not run then
+        throw;
+    }
 }
 
-ZorSchema::~ZorSchema() {
-    forgetTree(rootNode);
-    delete rootNode;
-}
+ZorSchema::~ZorSchema() { destroyTree(rootNode); }
 
 ZorSchemaNode* ZorSchema::makeBranchNode(ZorSchemaNode* parent, void const* nodeName,
                                          short occurrences) {

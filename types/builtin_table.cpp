@@ -2,14 +2,16 @@
 
 #include "zor/types.h"
 
+#include <memory>
 #include <new>
+#include <utility>
 
 #include "foundation/immortal.h"
-#include "foundation/list_ref.h"
+#include "foundation/map_entries.h"
 #include "platform/lock_holder.h"
 #include "types/builtin_makers.h"
 
-using zor_internal::ListRef;
+using zor_internal::forEachEntry;
 using zor_internal::LockHolder;
 
 namespace {
@@ -26,6 +28,32 @@ Semaphore& tableLock() {
 // Before the static initialisers of any program that the library is linked into.
 [[gnu::constructor(zor_internal::kBeforeStaticInitialisers)]] void makeAtLoad() { tableLock(); }
 
+// A table until it is complete, and on its way out. Owns its types.
+class TypeTable {
+public:
+    TypeTable() : types(zor_mapMake()) {}
+    explicit TypeTable(ZorMapEntry** made) : types(made) {}
+    TypeTable(TypeTable const&) = delete;
+    TypeTable& operator=(TypeTable const&) = delete;
+    ~TypeTable() {
+        if (!types) return;
+        forEachEntry(types,
+                     [](ZorMapEntry& entry) { delete static_cast<ZorDataType*>(entry.value); });
+        zor_mapDelete(types);
+    }
+
+    void add(ZorDataType* made) {
+        std::unique_ptr<ZorDataType> type(made);
+        zor_mapSet(types, type->name, type.get());
+        (void)type.release();
+    }
+
+    [[nodiscard]] ZorMapEntry** release() { return std::exchange(types, nullptr); }
+
+private:
+    ZorMapEntry** types;
+};
+
 } // namespace
 
 ZorMapEntry** ZorBuiltIn::builtInTypes = nullptr;
@@ -39,22 +67,18 @@ ZorDataType* ZorBuiltIn::getDataType(void const* name) {
 
 void ZorBuiltIn::makeBuiltInTypes() {
     using namespace zor_internal;
-    builtInTypes = zor_mapMake();
+    TypeTable table;
     for (auto* const make : {makePlainStringType, makeIntType, makeUIntType, makeBoolType,
                              makeFloatType, makeDigitStringType, makeIpAddressType, makeIpMaskType,
                              makeDomainNameType, makeUrlType}) {
-        ZorDataType* const type = make();
-        zor_mapSet(builtInTypes, type->name, type);
+        table.add(make());
     }
+    builtInTypes = table.release();
 }
 
 void ZorBuiltIn::deleteBuiltInTypes() {
     LockHolder const lock(tableLock());
     if (!builtInTypes) return;
-    ListRef const types(zor_mapValues(builtInTypes));
-    for (ZorListNode const* node = types.first(); node; node = node->next) {
-        delete static_cast<ZorDataType*>(node->value);
-    }
-    zor_mapDelete(builtInTypes);
+    TypeTable const table(builtInTypes); // destroys it
     builtInTypes = nullptr;
 }

@@ -8,10 +8,12 @@
 #include <cstring>
 #include <string>
 
+#include "foundation/list_builder.h"
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
 #include "foundation/write_text.h"
 
+using zor_internal::ListBuilder;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
 using zor_internal::writeText;
@@ -36,23 +38,15 @@ void choiceFreeOptions(void* userData) {
     zor_listDelete(options);
 }
 
-// Appends the option behind `last`, or starts a list with it. Returns the new node.
-ZorListNode* appendOption(ZorListNode* last, void const* option) {
-    StringRef reference(stringOf(option));
-    ZorListNode* const node =
-        last ? zor_listAddNode(last, reference.get()) : zor_listMake(reference.get());
-    (void)reference.release();
-    return node;
-}
-
 void* choiceCloneOptions(void* userData) {
-    ZorListNode* first = nullptr;
-    ZorListNode* last = nullptr;
+    ListBuilder copies;
     for (ZorListNode const* node = optionsIn(userData); node; node = node->next) {
-        last = appendOption(last, optionAt(node));
-        if (!first) first = last;
+        copies.append(node->value);
     }
-    return first;
+    for (ZorListNode const* node = copies.first(); node; node = node->next) {
+        zor_stringAddRef(optionAt(node));
+    }
+    return copies.release();
 }
 
 // Kept: name and options are written as they are, unescaped.
@@ -77,7 +71,10 @@ ZorDataType* zor_choiceMake(void const* name) {
 
 void zor_choiceAddOption(ZorDataType* choice, void const* option) {
     ZorListNode* const options = optionsIn(choice->userData);
-    ZorListNode* const added = appendOption(options, option);
+    StringRef reference(stringOf(option));
+    ZorListNode* const added =
+        options ? zor_listAddNode(options, reference.get()) : zor_listMake(reference.get());
+    (void)reference.release();
     if (options) return;
     choice->userData = added;
     choice->defaultValue = choice->fromStringFn(optionAt(added)->text);

@@ -33,6 +33,26 @@ ZorDataType::ZorDataType(void const* typeName, void const* defaultText, void* da
     name = nameHolder.release();
 }
 
+namespace {
+
+// A value until it has an owner.
+class ValueHolder {
+public:
+    ValueHolder(ZorFreeValueFn freeValue, u_zorItemValue owned) : free(freeValue), value(owned) {}
+    ValueHolder(ValueHolder const&) = delete;
+    ValueHolder& operator=(ValueHolder const&) = delete;
+    ~ValueHolder() {
+        if (free) free(value);
+    }
+    void release() { free = nullptr; }
+
+private:
+    ZorFreeValueFn free;
+    u_zorItemValue value;
+};
+
+} // namespace
+
 ZorDataType::ZorDataType(ZorDataType* other)
     : name(nullptr), defaultValue(), validateFn(other->validateFn), compareFn(other->compareFn),
       userData(other->userData), freeUserDataFn(other->freeUserDataFn),
@@ -42,12 +62,14 @@ ZorDataType::ZorDataType(ZorDataType* other)
       cloneUserDataFn(other->cloneUserDataFn) {
     StringRef const defaultText(zor_dataTypeDefault(other));
     if (defaultText) defaultValue = fromStringFn(defaultText.text());
+    ValueHolder madeDefault(defaultText ? freeValueFn : nullptr, defaultValue);
     for (int i = 0; i < 3; ++i) extFuncs[i] = other->extFuncs[i];
     if (cloneUserDataFn)
         userData = cloneUserDataFn(userData);
     else if (userData && freeUserDataFn)
         flags |= sharedUserData;
     name = stringOf(other->name);
+    madeDefault.release();
 }
 
 ZorDataType::~ZorDataType() {

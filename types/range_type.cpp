@@ -2,6 +2,7 @@
 
 #include "types/range_params.h"
 
+#include <memory>
 #include <string>
 
 #include "foundation/string_ref.h"
@@ -128,10 +129,11 @@ bool isPossible(ZorDataType* base, char const* name, char const* min, char const
 
 ZorDataType* zor_rangeMake(ZorDataType* base, void const* name, void const* min, void const* max) {
     if (!isPossible(base, textOf(name), textOf(min), textOf(max))) return nullptr;
-    auto* const params = new RangeParams(base, min, max);
+    auto params = std::make_unique<RangeParams>(base, min, max);
     ZorDataType* const range =
-        zor_derivedTypeMake(name, params->minValue, params, rangeIsValid, base->compareFn,
+        zor_derivedTypeMake(name, params->minValue, params.get(), rangeIsValid, base->compareFn,
                             rangeFreeParams, base, rangeCloneParams);
+    (void)params.release();
     for (int i = 0; i < 3; ++i) range->extFuncs[i] = base->extFuncs[i];
     range->extFuncs[zorExtLong].validate = rangeAcceptsInt;
     range->extFuncs[zorExtULong].validate = rangeAcceptsUInt;

@@ -2,10 +2,14 @@
 
 #include "zor/types.h"
 
+#include <memory>
+
 #include "foundation/list_ref.h"
+#include "foundation/map_entries.h"
 #include "platform/lock_holder.h"
 #include "types/range_params.h"
 
+using zor_internal::forEachEntry;
 using zor_internal::ListRef;
 using zor_internal::LockHolder;
 
@@ -28,8 +32,8 @@ ZorDataTypeCollection::ZorDataTypeCollection() : typesSem(1, 1, false), types(zo
 ZorDataTypeCollection::ZorDataTypeCollection(ZorListNode* list) : ZorDataTypeCollection() {
     ListRef const sources(list);
     for (ZorListNode const* node = list; node; node = node->next) {
-        auto* const copy = new ZorDataType(static_cast<ZorDataType*>(node->value));
-        if (!ZorDataTypeCollection::addDataType(copy)) delete copy;
+        auto copy = std::make_unique<ZorDataType>(static_cast<ZorDataType*>(node->value));
+        if (ZorDataTypeCollection::addDataType(copy.get())) (void)copy.release();
     }
     for (ZorListNode const* node = list; node; node = node->next) {
         rebindToCopy(this, list, static_cast<ZorDataType const*>(node->value));
@@ -37,10 +41,7 @@ ZorDataTypeCollection::ZorDataTypeCollection(ZorListNode* list) : ZorDataTypeCol
 }
 
 ZorDataTypeCollection::~ZorDataTypeCollection() {
-    ListRef const all(zor_mapValues(types));
-    for (ZorListNode const* node = all.first(); node; node = node->next) {
-        delete static_cast<ZorDataType*>(node->value);
-    }
+    forEachEntry(types, [](ZorMapEntry& entry) { delete static_cast<ZorDataType*>(entry.value); });
     zor_mapDelete(types);
 }
 
