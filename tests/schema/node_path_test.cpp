@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/schema/dull_find.h"
 #include "tests/schema/shape.h"
 #include "tests/support/incidents.h"
 
@@ -30,38 +31,6 @@ std::string found(ZorSchemaNode* from, std::string const& path) {
 
 ZorSchemaNode* findOne(ZorSchemaNode* from, char const* path) {
     return from->findSubNode(Text(path));
-}
-
-using Nodes = std::vector<ZorSchemaNode*>;
-
-// The rules as they are written, step by step and slowly.
-Nodes dullFind(ZorSchemaNode* from, std::string const& path) {
-    if (path.empty()) return {};
-    Nodes current{from};
-    std::size_t at = 0;
-    while (at < path.size()) {
-        std::size_t run = 0;
-        for (; at < path.size() && path[at] == '/'; ++at) ++run;
-        if (run > 2) return {};
-        std::string segment;
-        for (; at < path.size() && path[at] != '/'; ++at) segment += path[at];
-        Nodes next;
-        for (ZorSchemaNode* const node : current) {
-            if (node->isDataNode()) continue;
-            for (ZorSchemaNode* child = node->firstChild; child; child = child->next) {
-                if (segment == "*" || (!segment.empty() && segment == child->getName())) {
-                    next.push_back(child);
-                }
-                if (run < 2) continue;
-                for (ZorSchemaNode* const deeper : dullFind(child, segment)) {
-                    next.push_back(deeper);
-                }
-            }
-        }
-        if (next.empty()) return {};
-        current = next;
-    }
-    return current;
 }
 
 std::string randomPath(std::mt19937& random) {
