@@ -25,8 +25,7 @@ Nodes nodesIn(ZorListNode* list) {
 std::string expectedIncident(std::string const& path, Nodes const& found) {
     if (path.empty()) return "3 xpath must not be empty\n";
     if (found.size() == 1) return "";
-    return std::string("3 path (") + path.c_str() +
-           (found.empty() ? ") not found\n" : ") is ambiguous\n");
+    return "3 path (" + upToNul(path) + (found.empty() ? ") not found\n" : ") is ambiguous\n");
 }
 
 // Empty when a name on the way means something else in a path.

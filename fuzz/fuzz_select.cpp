@@ -71,7 +71,7 @@ void checkValue(ZorDocument* document, ZorResultSet& results) {
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     static RichStore& store = *new RichStore;
-    std::string const path = textOfInput(data, size).c_str(); // up to the NUL
+    std::string const path = upToNul(textOfInput(data, size));
     NoLeftovers const nothing;
     IncidentLog log;
     Text const string(path);

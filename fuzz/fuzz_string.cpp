@@ -108,7 +108,7 @@ void Slots::apply(char operation, std::size_t slot, std::string const& text) {
         return put(slot, s->append(1, chars, length), model + text);
     case '2': // two pairs, the second up to its NUL
         return put(slot, s->append(2, chars, length, text.c_str(), -1),
-                   cut(model + text) + text.c_str());
+                   cut(model + text) + upToNul(text));
     case '0': // pairs that add nothing
         return put(slot, s->append(3, nullptr, 4, chars, 0, chars, -2), model);
     case 'd': // its own text, twice

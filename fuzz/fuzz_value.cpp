@@ -151,7 +151,7 @@ void checkStores(ZorDocument* document, ZorSchemaNode* node, std::string const& 
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     static EveryType& every = *new EveryType;
-    std::string const text = textOfInput(data, size).c_str(); // up to the NUL
+    std::string const text = upToNul(textOfInput(data, size));
     NoLeftovers const nothing;
     IncidentLog log;
     ZorSchemaNode* node = every.document->getRootNode()->getFirstChildNode();

@@ -5,7 +5,7 @@
 
 namespace {
 
-constexpr std::size_t kMostText = 65536;
+constexpr std::size_t kMostText = 4 * 1024 * 1024;
 
 std::string caught;
 unsigned long uncaught = 0;

@@ -14,6 +14,9 @@ inline std::string textOfInput(std::uint8_t const* data, std::size_t size) {
     return std::string(reinterpret_cast<char const*>(data), size);
 }
 
+// What C takes a text to be.
+inline std::string upToNul(std::string const& text) { return text.substr(0, text.find('\0')); }
+
 // At least `least` parts, the last ones empty where the input has fewer.
 inline std::vector<std::string> partsOf(std::uint8_t const* data, std::size_t size,
                                         std::size_t least) {
