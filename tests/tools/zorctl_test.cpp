@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <cstdio>
@@ -10,6 +11,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -111,6 +113,25 @@ TEST_F(Zorctl, ADirectoryIsAnError) {
     EXPECT_EQ(outcome.err, ".: error: Is a directory\n");
 }
 
+// It opens like any other file, and then every read fails.
+TEST_F(Zorctl, AFileThatCannotBeReadIsAnError) {
+    Outcome const outcome = run("check /proc/self/mem");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, "/proc/self/mem: error: Input/output error\n");
+}
+
+// What is not read does not keep the rest from being imported.
+TEST_F(Zorctl, AFileThatCannotBeReadSparesTheOthers) {
+    write("d.xml", "<cfg><schema name='s'/></cfg>");
+    Outcome const outcome = run("check nowhere.xml . /proc/self/mem d.xml");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "cfg: 1 schemas, 0 documents, 0 collections\n");
+    EXPECT_EQ(outcome.err, "nowhere.xml: error: File: \"nowhere.xml\" not found.\n"
+                           ".: error: Is a directory\n"
+                           "/proc/self/mem: error: Input/output error\n");
+}
+
 TEST_F(Zorctl, TheRootElementNamesTheCollectionUnlessANameIsGiven) {
     write("d.xml", "<?xml version='1.0'?><!-- first --><cfg/>");
     EXPECT_EQ(run("export d.xml").out, "<cfg></cfg>\n");
@@ -206,6 +227,42 @@ TEST_F(Zorctl, SetTakesAnyValue) {
 TEST_F(Zorctl, ReadsInputThatComesOnlyOnce) {
     write("d.xml", "<c/>");
     EXPECT_EQ(run("export /dev/stdin <d.xml").out, "<c></c>\n");
+}
+
+// Nothing takes the place of a good file unless everything that should be in it was read.
+TEST_F(Zorctl, SetWritesNothingWhenAFileIsMissingOrCut) {
+    std::string const config = contentOf(kConfig);
+    write("cut.xml", config.substr(0, config.size() / 2).c_str());
+    for (char const* const file : {"nowhere.xml", ".", "/proc/self/mem", "cut.xml", "/dev/null"}) {
+        write("out.xml", "as before");
+        Outcome const outcome = run(std::string("set -o out.xml ") + kDefinition + " " + kConfig +
+                                    " " + file + " phone1 zone B");
+        EXPECT_EQ(outcome.status, 1) << file;
+        EXPECT_EQ(outcome.out, "") << file;
+        EXPECT_EQ(contentOf(directory / "out.xml"), "as before") << file;
+    }
+}
+
+// A pipe gives its input bit by bit, and may end early.
+TEST_F(Zorctl, ReadsInputThatComesBitByBit) {
+    std::string const text = "<cfg><schema name='s'>\n</schema></cfg>";
+    ASSERT_EQ(mkfifo((directory / "pipe").c_str(), 0600), 0);
+    auto const runOnFirst = [&](std::size_t length) {
+        std::thread writer([&, length] {
+            std::ofstream pipe(directory / "pipe");
+            for (std::size_t at = 0; at < length; ++at) pipe.put(text[at]).flush();
+        });
+        Outcome const outcome = run("check pipe");
+        writer.join();
+        return outcome;
+    };
+    Outcome const whole = runOnFirst(text.size());
+    EXPECT_EQ(whole.status, 0);
+    EXPECT_EQ(whole.out, "cfg: 1 schemas, 0 documents, 0 collections\n");
+    EXPECT_EQ(whole.err, "");
+    Outcome const cut = runOnFirst(text.find("</cfg>"));
+    EXPECT_EQ(cut.status, 1);
+    EXPECT_EQ(cut.err, "pipe:2:9: error: no element found\n");
 }
 
 TEST_F(Zorctl, AReplacedFileKeepsItsMode) {
