@@ -26,7 +26,7 @@ constexpr int kDeepest = 256; // of collections and of branches
 // What a thread of a small device may have. A sanitizer puts space around every variable, and so
 // gets more.
 #ifdef ZOR_LARGE_FRAMES
-constexpr std::size_t kStack = 2048 * 1024;
+constexpr std::size_t kStack = 1024 * 1024;
 #else
 constexpr std::size_t kStack = 256 * 1024;
 #endif
