@@ -7,6 +7,7 @@
 #include <set>
 
 #include "collection/default_schema.h"
+#include "collection/documents_of.h"
 #include "collection/limits.h"
 #include "foundation/list_builder.h"
 #include "foundation/list_ref.h"
@@ -16,6 +17,7 @@
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
 
+using zor_internal::deleteDocumentsOf;
 using zor_internal::forEachEntry;
 using zor_internal::freeEntry;
 using zor_internal::kBucketCount;
@@ -149,14 +151,6 @@ void deleteEach(std::vector<T*> const& objects) {
     for (T* const object : objects) delete object;
 }
 
-// Removes and deletes the documents of a schema that is about to go.
-// REQUIRES: the caller holds the collection's lock.
-void deleteDocumentsOf(ZorCollection* collection, ZorSchema const* schema) {
-    Removed<ZorDocument>().takeIf(collection->documents, [schema](ZorDocument const* document) {
-        return document->rootNode == schema->rootNode;
-    });
-}
-
 // Why a document was not made.
 struct Refusal {
     char const* kind;
@@ -189,6 +183,12 @@ ZorDocument* tryMakeDocument(ZorCollection* collection, void const* schemaName,
 }
 
 } // namespace
+
+void zor_internal::deleteDocumentsOf(ZorCollection* collection, ZorSchema const* schema) {
+    Removed<ZorDocument>().takeIf(collection->documents, [schema](ZorDocument const* document) {
+        return document->rootNode == schema->rootNode;
+    });
+}
 
 char const* zor_internal::reasonAgainstDocument(ZorSchema const* schema) {
     if (schema->documentCount() >= kMaxDocuments) return ") has too many documents}";

@@ -4,11 +4,13 @@
 
 #include <memory>
 
+#include "collection/documents_of.h"
 #include "collection/limits.h"
 #include "foundation/string_ref.h"
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
 
+using zor_internal::deleteDocumentsOf;
 using zor_internal::LockHolder;
 using zor_internal::raiseError;
 using zor_internal::reasonAgainstDocument;
@@ -65,16 +67,18 @@ std::unique_ptr<ZorSchema> copyOf(ZorSchema* source) {
 
 // Stores a copy of the source under the key, and deletes what was there after that: it may be the
 // source. The reason why nothing was done, or null.
-char const* replaceByCopy(ZorCollection* collection, ZorString* key, ZorDocument* source) {
+char const* replaceByCopy(ZorCollection* collection, char const* name, ZorDocument* source) {
     LockHolder const holder(collection->lock);
+    // The map counts the key, too, so it is made and released under the lock.
+    StringRef const key(ZorString::create(name, -1));
     auto* const schema =
         static_cast<ZorSchema*>(zor_mapGet(collection->schemas, source->rootNode->name));
     if (!schema) return ") does not exist}";
     char const* reason;
     std::unique_ptr<ZorDocument> copy = copyOf(source, schema, &reason);
     if (reason) return reason;
-    auto* const replaced = static_cast<ZorDocument*>(zor_mapGet(collection->documents, key));
-    zor_mapSet(collection->documents, key, copy.get());
+    auto* const replaced = static_cast<ZorDocument*>(zor_mapGet(collection->documents, key.get()));
+    zor_mapSet(collection->documents, key.get(), copy.get());
     (void)copy.release();
     delete replaced;
     return nullptr;
@@ -83,19 +87,23 @@ char const* replaceByCopy(ZorCollection* collection, ZorString* key, ZorDocument
 } // namespace
 
 void ZorCollection::copyDocument(char const* documentName, ZorDocument* source) {
-    StringRef const key(ZorString::create(documentName, -1));
-    if (char const* const reason = replaceByCopy(this, key.get(), source)) {
+    if (char const* const reason = replaceByCopy(this, documentName, source)) {
         raiseError(nullptr, incidentInvalidArgument, "ZorCollection::copyDocument{Schema (",
                    source->rootNode->getName(), reason);
     }
 }
 
 void ZorCollection::copySchema(char const* schemaName, ZorSchema* source) {
-    // Copied before the old schema goes, which may be the source, and may own the name.
-    StringRef const key(ZorString::create(schemaName, -1));
+    // Copied before the old schema goes, which may be the source.
     std::unique_ptr<ZorSchema> copy = copyOf(source);
     copy->collection = this;
-    deleteSchema(key.text());
-    setSchema(copy.get(), key.get());
+    LockHolder const holder(lock);
+    // The map counts the key, too, so it is made and released under the lock.
+    StringRef const key(ZorString::create(schemaName, -1));
+    std::unique_ptr<ZorSchema> const replaced(
+        static_cast<ZorSchema*>(zor_mapGet(schemas, key.get())));
+    if (replaced) deleteDocumentsOf(this, replaced.get());
+    zor_mapRemove(schemas, key.get()); // so that the copy is listed as the newest
+    zor_mapSet(schemas, key.get(), copy.get());
     (void)copy.release();
 }

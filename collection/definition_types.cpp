@@ -6,6 +6,7 @@
 
 #include "collection/definition_callbacks.h"
 #include "collection/import_callbacks.h"
+#include "types/choice_options.h"
 #include "zor/schema.h"
 
 using namespace zor_internal;
@@ -17,6 +18,11 @@ namespace {
 ZorDataType* addOrDestroy(ZorSchema* schema, ZorDataType* made) {
     std::unique_ptr<ZorDataType> type(made);
     return schema->addDataType(type.get()) ? type.release() : nullptr;
+}
+
+// The list node of the last option that the open <choice> was given, or null: its rule notes it.
+void*& lastOptionOf(ZORParseContext const* choiceContext) {
+    return zor_XMLContextGetParseRules(choiceContext)->elementUserData;
 }
 
 } // namespace
@@ -62,6 +68,7 @@ void zor_internal::choiceStart(ZORParseContext* context) {
     if (!schema) return;
     ZorString const* const name = requiredName(context);
     if (!name) return;
+    lastOptionOf(context) = nullptr;
     zor_XMLContextSetUserData(context, addOrDestroy(schema, zor_choiceMake(name)));
 }
 
@@ -73,5 +80,6 @@ void zor_internal::optionEnd(ZORParseContext* context) {
         raiseDefinitionError(context, "option must not be blank");
         return;
     }
-    zor_choiceAddOption(choice, text);
+    void*& last = lastOptionOf(zor_XMLContextGetOuterContext(context));
+    last = appendOption(choice, static_cast<ZorListNode*>(last), text);
 }

@@ -7,10 +7,12 @@
 #include "collection/limits.h"
 #include "foundation/text_argument.h"
 #include "incident/raise.h"
+#include "xml/release_input.h"
 #include "zor/collection.h"
 
 using zor_internal::kMaxImportDepth;
 using zor_internal::raiseError;
+using zor_internal::releaseInput;
 using zor_internal::textOf;
 
 namespace {
@@ -42,6 +44,17 @@ ZorXmlParser* parserAt(ZorCollection* collection, int depth) {
     return parser.release();
 }
 
+// The use of a pooled parser for one input, of which nothing is kept: it may be large, and share
+// strings with what it made, which another thread may use from then on.
+struct RunningInput {
+    explicit RunningInput(ZorXmlParser* used) : parser(used) {}
+    RunningInput(RunningInput const&) = delete;
+    RunningInput& operator=(RunningInput const&) = delete;
+    ~RunningInput() { releaseInput(parser); }
+
+    ZorXmlParser* parser;
+};
+
 struct CloseFile {
     void operator()(std::FILE* file) const { std::fclose(file); }
 };
@@ -55,7 +68,8 @@ void ZorCollection::importXML(char const* text) {
     }
     int const depth = parseDepth;
     DepthHolder const running(parseDepth);
-    parserAt(this, depth)->parse(text ? text : "", -1, 1);
+    RunningInput const input(parserAt(this, depth));
+    input.parser->parse(text ? text : "", -1, 1);
 }
 
 void ZorCollection::importFromFile(void const* path) {

@@ -73,10 +73,11 @@ ZorDocument::~ZorDocument() {
 
 ZorValueNode* ZorDocument::getDataItem(ZorSchemaNode* node, long occurrence, int) {
     if (!node || !node->isDataNode()) return nullptr;
+    // First, because another thread may just be laying out the schema of another document's node.
+    if (node->getSchemaRootNode() != rootNode) return nullptr;
     if (occurrence < 0 || occurrence >= node->totalOccurrences || node->valueIndex < 0) {
         return nullptr;
     }
-    if (node->getSchemaRootNode() != rootNode) return nullptr;
     return &values[node->valueIndex + occurrence];
 }
 

@@ -2,16 +2,17 @@
 
 #include "zor/document.h"
 
-#include <climits>
 #include <cstdint>
 #include <cstring>
 #include <memory>
 
+#include "document/flat_occurrence.h"
 #include "document/text_access.h"
 #include "foundation/list_builder.h"
 #include "foundation/string_ref.h"
 #include "incident/raise.h"
 
+using zor_internal::flatOccurrence;
 using zor_internal::ListBuilder;
 using zor_internal::raiseError;
 using zor_internal::setText;
@@ -87,14 +88,9 @@ ZorResultSet::~ZorResultSet() {
 }
 
 void ZorResultSet::addResult(long parentFlat, ZorSchemaNode* node, long occurrence) {
-    long flat;
-    bool const beyond = __builtin_mul_overflow(parentFlat, long(node->getOccurrences()), &flat) ||
-                        __builtin_add_overflow(flat, occurrence, &flat) || flat > INT_MAX ||
-                        flat < 0;
-    // What 31 bits do not hold is no cell's: the flat occurrence stays out of range.
-    int const bounded = beyond ? INT_MAX : static_cast<int>(flat);
     appendRecord(this,
-                 std::make_unique<ZorResultPointer>(node, static_cast<int>(occurrence), bounded));
+                 std::make_unique<ZorResultPointer>(node, static_cast<int>(occurrence),
+                                                    flatOccurrence(parentFlat, node, occurrence)));
 }
 
 void ZorResultSet::combine(ZorResultSet* other) {

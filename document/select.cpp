@@ -4,81 +4,122 @@
 
 #include <memory>
 
+#include "document/flat_occurrence.h"
 #include "document/path.h"
+#include "document/select_limit.h"
 #include "foundation/text_argument.h"
+#include "incident/raise.h"
 #include "platform/lock_holder.h"
 #include "schema/child_index.h"
 
 using zor_internal::findChild;
+using zor_internal::flatOccurrence;
 using zor_internal::LockHolder;
 using zor_internal::ParsedPath;
+using zor_internal::raiseError;
+using zor_internal::SelectLimit;
 using zor_internal::textOf;
 
 namespace {
 
-// Adds the occurrences of `node` under one occurrence of its parent that the step asks for.
-void addMatches(ZorResultSet* found, int parentFlat, ZorSchemaNode* node, int occurrence) {
-    int const count = node->getOccurrences();
-    if (occurrence >= 0) {
-        if (occurrence < count) found->addResult(parentFlat, node, occurrence);
-        return;
+// One step of a path on its way through the tree.
+class Step {
+public:
+    // `last` steps report data nodes, too; the others pass through branches only.
+    Step(XPathStep const& parsed, bool last, ZorResultSet* results, SelectLimit* selectLimit)
+        : step(parsed), wildcard(parsed.name->text[0] == '*'), isLast(last), found(results),
+          limit(selectLimit) {}
+
+    // Adds what the step finds below one occurrence of a node. Whether it found anything.
+    bool searchBelow(ZorSchemaNode* node, int flat) {
+        unsigned const before = found->count;
+        ZorSchemaNode* const match = wildcard ? nullptr : findChild(node, step.name->text);
+        if (!wildcard && !step.descendant) {
+            if (match) addOccurrences(match, flat);
+            return found->count != before;
+        }
+        for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
+            if (!limit->visit()) break;
+            bool const matches = wildcard || child == match;
+            if (matches && (isLast || child->isBranchNode())) addOccurrences(child, flat);
+            if (step.descendant && child->isBranchNode()) searchOccurrences(child, flat);
+        }
+        return found->count != before;
     }
-    for (int i = 0; i < count; ++i) found->addResult(parentFlat, node, i);
+
+private:
+    // Adds the occurrences that the step asks for, under one occurrence of the parent.
+    void addOccurrences(ZorSchemaNode* node, int parentFlat) {
+        int const count = node->getOccurrences();
+        int const first = step.occurrence < 0 ? 0 : step.occurrence;
+        int const end = step.occurrence < 0 || step.occurrence >= count ? count : first + 1;
+        for (int i = first; i < end && limit->find(); ++i) found->addResult(parentFlat, node, i);
+    }
+
+    // Applies the same step below every occurrence of a branch.
+    void searchOccurrences(ZorSchemaNode* branch, int parentFlat) {
+        int const count = branch->getOccurrences();
+        for (int i = 0; i < count && limit->visit(); ++i) {
+            // Kept: the first occurrence without a match ends the search below this branch.
+            if (!searchBelow(branch, flatOccurrence(parentFlat, branch, i))) return;
+        }
+    }
+
+    XPathStep const& step;
+    bool wildcard;
+    bool isLast;
+    ZorResultSet* found;
+    SelectLimit* limit;
+};
+
+// Appends to `result` what the step finds under the entries of `context`; nothing when that is too
+// much.
+bool applyStep(ZorDocument* document, ZorResultSet* result, ZorResultSet const* context,
+               XPathStep const& parsed, bool last, SelectLimit* limit) {
+    auto found = std::make_unique<ZorResultSet>(document);
+    Step step(parsed, last, found.get(), limit);
+    limit->startStep();
+    for (ZorListNode const* at = context->head; at && limit->visit(); at = at->next) {
+        auto const* const entry = static_cast<ZorResultPointer const*>(at->value);
+        step.searchBelow(entry->node, entry->flat);
+    }
+    bool const any = !found->eof() && !limit->isExceeded();
+    if (any) result->combine(found.release());
+    return any;
 }
 
-// Applies the same step below every occurrence of a branch.
-void searchBelow(ZorDocument* document, ZorResultSet* found, int parentFlat, ZorSchemaNode* branch,
-                 int stepIndex, XPathStep* steps, int stepCount) {
-    for (int i = 0; i < branch->getOccurrences(); ++i) {
-        ZorResultSet below(document);
-        below.addResult(parentFlat, branch, i);
-        // Kept: the first occurrence without a match ends the search below this branch.
-        if (!document->findNode(found, &below, stepIndex, steps, stepCount)) return;
+// What the path reaches, in an array; null when that is too much.
+std::unique_ptr<ZorResultSet> evaluate(ZorDocument* document, char const* path) {
+    LockHolder const holder(document->lock);
+    ParsedPath parsed(path);
+    SelectLimit limit(document->rootNode);
+    auto context = std::make_unique<ZorResultSet>(document);
+    if (parsed.count() > 0) context->addResult(0, document->rootNode, 0);
+    for (int i = 0; i < parsed.count() && !context->eof(); ++i) {
+        auto result = std::make_unique<ZorResultSet>(document);
+        bool const last = i == parsed.count() - 1;
+        applyStep(document, result.get(), context.get(), parsed.first()[i], last, &limit);
+        context = std::move(result);
     }
+    if (limit.isExceeded()) return nullptr;
+    context->finalize();
+    return context;
 }
 
 } // namespace
 
 ZorResultSet* ZorDocument::select(void const* path) {
-    LockHolder const holder(lock);
-    ParsedPath parsed(textOf(path));
-    auto context = std::make_unique<ZorResultSet>(this);
-    if (parsed.count() > 0) context->addResult(0, rootNode, 0);
-    for (int i = 0; i < parsed.count() && !context->eof(); ++i) {
-        auto result = std::make_unique<ZorResultSet>(this);
-        findNode(result.get(), context.get(), i, parsed.first(), parsed.count());
-        context = std::move(result);
+    if (std::unique_ptr<ZorResultSet> results = evaluate(this, textOf(path))) {
+        return results.release();
     }
-    context->finalize();
-    return context.release();
+    raiseError(nullptr, incidentInvalidArgument, "path (", textOf(path),
+               ") reaches too many nodes");
+    return new ZorResultSet(this);
 }
 
 int ZorDocument::findNode(ZorResultSet* result, ZorResultSet* context, int stepIndex,
                           XPathStep* steps, int stepCount) {
-    XPathStep const& step = steps[stepIndex];
-    bool const wildcard = step.name->text[0] == '*';
+    SelectLimit limit(rootNode);
     bool const last = stepIndex == stepCount - 1;
-    auto found = std::make_unique<ZorResultSet>(this);
-
-    for (ZorListNode const* at = context->head; at; at = at->next) {
-        auto const* const entry = static_cast<ZorResultPointer const*>(at->value);
-        ZorSchemaNode* const match = wildcard ? nullptr : findChild(entry->node, step.name->text);
-        if (!wildcard && !step.descendant) {
-            if (match) addMatches(found.get(), entry->flat, match, step.occurrence);
-            continue;
-        }
-        for (ZorSchemaNode* child = entry->node->getFirstChildNode(); child; child = child->next) {
-            // Only the last step reports data nodes; the others pass through branches.
-            if ((wildcard || child == match) && (last || child->isBranchNode())) {
-                addMatches(found.get(), entry->flat, child, step.occurrence);
-            }
-            if (step.descendant && child->isBranchNode()) {
-                searchBelow(this, found.get(), entry->flat, child, stepIndex, steps, stepCount);
-            }
-        }
-    }
-
-    bool const any = !found->eof();
-    result->combine(found.release());
-    return any;
+    return applyStep(this, result, context, steps[stepIndex], last, &limit);
 }

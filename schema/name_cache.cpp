@@ -38,7 +38,7 @@ Semaphore& ZorSchema::sNodeMapSema4 = semaphoreStorage.object;
 
 namespace zor_internal {
 
-ZorSchemaNode* cachedChild(ZorSchemaNode const* parent, char const* name) {
+ZorSchemaNode* cachedChild(ZorSchemaNode const* parent, std::string_view name) {
     LockHolder const lock(cacheLock());
     auto const children = ZorSchema::sNodeMap.find(parent);
     if (children == ZorSchema::sNodeMap.end()) return nullptr;

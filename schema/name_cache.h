@@ -2,12 +2,14 @@
 
 #pragma once
 
+#include <string_view>
+
 #include "zor/schema.h"
 
 namespace zor_internal {
 
 // The child of `parent` with that name, or null. Borrowed.
-ZorSchemaNode* cachedChild(ZorSchemaNode const* parent, char const* name);
+ZorSchemaNode* cachedChild(ZorSchemaNode const* parent, std::string_view name);
 
 void cacheChild(ZorSchemaNode const* parent, ZorSchemaNode* child);
 

@@ -4,15 +4,14 @@
 
 #include <memory>
 #include <new>
-#include <utility>
 
 #include "foundation/immortal.h"
-#include "foundation/map_entries.h"
 #include "platform/lock_holder.h"
 #include "types/builtin_makers.h"
+#include "types/type_table.h"
 
-using zor_internal::forEachEntry;
 using zor_internal::LockHolder;
+using zor_internal::TypeTable;
 
 namespace {
 
@@ -27,32 +26,6 @@ Semaphore& tableLock() {
 
 // Before the static initialisers of any program that the library is linked into.
 [[gnu::constructor(zor_internal::kBeforeStaticInitialisers)]] void makeAtLoad() { tableLock(); }
-
-// A table until it is complete, and on its way out. Owns its types.
-class TypeTable {
-public:
-    TypeTable() : types(zor_mapMake()) {}
-    explicit TypeTable(ZorMapEntry** made) : types(made) {}
-    TypeTable(TypeTable const&) = delete;
-    TypeTable& operator=(TypeTable const&) = delete;
-    ~TypeTable() {
-        if (!types) return;
-        forEachEntry(types,
-                     [](ZorMapEntry& entry) { delete static_cast<ZorDataType*>(entry.value); });
-        zor_mapDelete(types);
-    }
-
-    void add(ZorDataType* made) {
-        std::unique_ptr<ZorDataType> type(made);
-        zor_mapSet(types, type->name, type.get());
-        (void)type.release();
-    }
-
-    [[nodiscard]] ZorMapEntry** release() { return std::exchange(types, nullptr); }
-
-private:
-    ZorMapEntry** types;
-};
 
 } // namespace
 
@@ -71,7 +44,7 @@ void ZorBuiltIn::makeBuiltInTypes() {
     for (auto* const make : {makePlainStringType, makeIntType, makeUIntType, makeBoolType,
                              makeFloatType, makeDigitStringType, makeIpAddressType, makeIpMaskType,
                              makeDomainNameType, makeUrlType}) {
-        table.add(make());
+        table.add(std::unique_ptr<ZorDataType>(make()));
     }
     builtInTypes = table.release();
 }

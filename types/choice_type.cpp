@@ -3,7 +3,7 @@
 // The user data of a choice is its list of options, ZorStrings with one reference each; null while
 // there is none.
 
-#include "zor/types.h"
+#include "types/choice_options.h"
 
 #include <cstring>
 #include <string>
@@ -70,15 +70,20 @@ ZorDataType* zor_choiceMake(void const* name) {
 }
 
 void zor_choiceAddOption(ZorDataType* choice, void const* option) {
-    ZorListNode* const options = optionsIn(choice->userData);
+    zor_internal::appendOption(choice, optionsIn(choice->userData), option);
+}
+
+ZorListNode* zor_internal::appendOption(ZorDataType* choice, ZorListNode* last,
+                                        void const* option) {
     StringRef reference(stringOf(option));
     ZorListNode* const added =
-        options ? zor_listAddNode(options, reference.get()) : zor_listMake(reference.get());
+        last ? zor_listAddNode(last, reference.get()) : zor_listMake(reference.get());
     (void)reference.release();
-    if (options) return;
+    if (last) return added;
     choice->userData = added;
     choice->defaultValue = choice->fromStringFn(optionAt(added)->text);
     choice->flags = static_cast<unsigned char>(choice->flags & ~ZorDataType::noDefault);
+    return added;
 }
 
 int zor_choiceEnumerate(ZorDataType* type, void (*callback)(int index, char const* text)) {

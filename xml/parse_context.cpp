@@ -126,7 +126,12 @@ ZORParseContext::ZORParseContext(ZORParseContext* outer, char const* name,
         return;
     }
     parseRules = ruleAt(found);
-    if (storeAttributes(this, name, elementAttributes)) return;
+    try {
+        if (storeAttributes(this, name, elementAttributes)) return;
+    } catch (...) {
+        releaseAttributes(this); // as the destructor, which does not run then
+        throw;
+    }
     releaseAttributes(this);
     disregard(this);
 }

@@ -10,6 +10,7 @@
 #include "incident/raise.h"
 #include "xml/event_handlers.h"
 #include "xml/parse_run.h"
+#include "xml/release_input.h"
 #include "zor/collection.h"
 #include "zor/xml.h"
 
@@ -25,6 +26,17 @@ XML_Parser makeExpat(ZORParseContext** currentContext) {
     XML_SetElementHandler(expat, zor_internal::onStartElement, zor_internal::onEndElement);
     XML_SetCharacterDataHandler(expat, zor_internal::onCharacterData);
     return expat;
+}
+
+// The most that the XML parser is given at a time: it copies what it is given.
+constexpr std::size_t kLargestPiece = 131072;
+
+// Gives the text to the XML parser; false when that refuses it.
+bool feed(XML_Parser expat, char const* text, std::size_t length, int isFinal) {
+    for (; length > kLargestPiece; text += kLargestPiece, length -= kLargestPiece) {
+        if (XML_Parse(expat, text, kLargestPiece, 0) != XML_STATUS_OK) return false;
+    }
+    return XML_Parse(expat, text, static_cast<int>(length), isFinal) == XML_STATUS_OK;
 }
 
 // Destroys the open contexts, the innermost first, and makes `last` the current one.
@@ -65,19 +77,26 @@ ZorXmlParser::~ZorXmlParser() {
 }
 
 void ZorXmlParser::parse(char const* text, int length, int isFinal) {
-    if (length == -1) length = text ? static_cast<int>(std::strlen(text)) : 0;
+    if (length < -1) length = 0;
+    std::size_t const size = length >= 0 ? static_cast<std::size_t>(length)
+                             : text      ? std::strlen(text)
+                                         : 0;
     ParseRun const run(this);
-    if (XML_Parse(expatParser, text, length, isFinal) == XML_STATUS_OK) return;
+    if (feed(expatParser, text, size, isFinal)) return;
     run.rethrow();
     raiseError(incidentContext, incidentInvalidXml, XML_ErrorString(XML_GetErrorCode(expatParser)));
 }
 
+void zor_internal::releaseInput(ZorXmlParser* parser) {
+    XML_ParserFree(parser->expatParser);
+    parser->expatParser = nullptr;
+    closeContexts(parser, parser->rootContext);
+    releaseLeftovers(definitionRulesOf(parser->rootContext));
+}
+
 // Kept: the argument is not used; a parser serves the collection it was made for.
 void ZorXmlParser::reset(ZorCollection*) {
-    XML_ParserFree(expatParser);
-    expatParser = nullptr;
-    closeContexts(this, rootContext);
-    zor_internal::releaseLeftovers(definitionRulesOf(rootContext));
+    zor_internal::releaseInput(this);
     if (incidentContext) incidentContext->setMaxIncidentSeverity(severityNone);
     expatParser = makeExpat(&currentContext);
 }

@@ -108,9 +108,10 @@ public:
     ZorSchemaNode* findSubNode(ZorString* path);
     // Appends every node that the path names to *result, a list of ZorSchemaNode* that may be null
     // still; `length` -1 means up to the NUL. Names are separated by "/"; "*" stands for every
-    // name;
-    // "//" reaches children and grandchildren. A node reached twice is listed twice. A leading "/"
-    // changes nothing; a trailing one, three slashes in a row, unknown names and null find nothing.
+    // name; "//" reaches children and grandchildren. A node reached twice is listed twice. A
+    // leading "/" changes nothing; a trailing one, three slashes in a row, unknown names and null
+    // find nothing. Neither does a path by which more than 1048576 nodes are reached in one step,
+    // which raises "path (P) reaches too many nodes" (severity 3, type 2).
     void findSubNodes(ZorListNode** result, char const* path, int length);
 
     e_nodeType type;
