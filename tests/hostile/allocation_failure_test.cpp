@@ -1,0 +1,310 @@
+// Every single allocation of a piece of work fails once: std::bad_alloc reaches the caller or is
+// reported as the parser's "out of memory", and what there was can be destroyed. The runner sees to
+// leaks and locks.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <new>
+
+#include "tests/support/allocations.h"
+#include "tests/support/checked_semaphore.h"
+#include "tests/support/incidents.h"
+#include "tests/support/text.h"
+#include "zor/collection.h"
+
+namespace {
+
+constexpr char kDefinition[] =
+    "<cfg><schema name='phone settings with a long name to allocate for'>"
+    "<choice name='ring tone names that are long enough for the heap'>"
+    "<option>the first option, longer than a local buffer</option><option>low</option></choice>"
+    "<range name='volume of the loudspeaker, from one to the tenth' baseType='int' minValue='1' "
+    "maxValue='10'/>"
+    "<item name='label' type='string' default='a default that does not fit into the object'/>"
+    "<item name='ring' type='ring tone names that are long enough for the heap'/>"
+    "<item name='volume' type='volume of the loudspeaker, from one to the tenth' default='5'/>"
+    "<branch name='key' occurrences='3'></branch>"
+    "<item name='text' type='string' parent='/key' occurrences='2'/>"
+    "<item name='gain' type='float' parent='/key' default='0.5'/>"
+    "<branch name='inner' parent='/key'></branch>"
+    "<item name='deep' type='uint' parent='//inner' default='7'/>"
+    "</schema>"
+    "<collection name='site'><schema name='s'><item name='a' type='bool'/></schema>"
+    "<document name='d' schema='s'><a>true</a></document></collection></cfg>";
+
+constexpr char kDocument[] =
+    "<cfg><document name='a document whose name is longer than thirty-two' schema='phone settings "
+    "with a long name to allocate for'>"
+    "<label>another text that needs a block on the heap</label><volume>7</volume>"
+    "<key><text>&lt;first text, escaped, and long enough for a block&gt;</text><gain>1.5</gain>"
+    "</key><key occurrence='3'><inner><deep>9</deep></inner></key></document>"
+    "<document name='plain'><itemValue>x</itemValue></document></cfg>";
+
+// Wrong in many ways, each of which is reported and lifted by a warning.
+constexpr char kErrors[] =
+    "<cfg><unknown/><schema name=''/><unknown/><schema name='e'><item name='x' type='nothing'/>"
+    "<unknown a='1'/><branch/><range name='r' baseType='int' minValue='9' maxValue='1'/></schema>"
+    "<document schema='e'/><unknown/><document name='plain'><itemValue occurrence='0'>y</itemValue>"
+    "</document>broken &nothing; text</cfg>";
+
+// Runs `work` with its first allocation failing, then with its second, until none of those it makes
+// is the one to fail. Returns how many that were.
+long failEach(std::function<void()> const& work) {
+    for (long n = 1;; ++n) {
+        long const before = liveBlocks();
+        bool happened = false;
+        {
+            IncidentLog log;
+            {
+                FailingAllocation const failing(n);
+                try {
+                    work();
+                } catch (std::bad_alloc const&) {
+                    // The caller is told.
+                }
+                happened = failing.happened();
+            }
+            log.take();
+        }
+        ZorBuiltIn::deleteBuiltInTypes();
+        EXPECT_EQ(liveBlocks(), before) << "left by the failure of allocation " << n;
+        EXPECT_EQ(heldLocks(), 0) << "after the failure of allocation " << n;
+        EXPECT_EQ(ZorCollection::refCount, 0) << "after the failure of allocation " << n;
+        if (testing::Test::HasFailure()) return 0;
+        if (!happened) return n - 1;
+    }
+}
+
+// The same with a collection that was filled before, without failures. Whatever failed, what was
+// in it can still be read and a sound import still succeeds.
+long failEachOnFilled(std::function<void(ZorCollection&)> const& work) {
+    for (long n = 1;; ++n) {
+        long const before = liveBlocks();
+        bool happened = false;
+        {
+            IncidentLog log;
+            ZorCollection store("cfg");
+            store.importXML(kDefinition);
+            store.importXML(kDocument);
+            EXPECT_EQ(log.take(), "");
+            {
+                FailingAllocation const failing(n);
+                try {
+                    work(store);
+                } catch (std::bad_alloc const&) {
+                }
+                happened = failing.happened();
+            }
+            log.take();
+            store.importXML("<cfg><collection name='after'><document name='after'><itemValue>ok"
+                            "</itemValue></document></collection></cfg>");
+            EXPECT_EQ(log.take(), "") << "after the failure of allocation " << n;
+            EXPECT_EQ(store.exportCollection("after"),
+                      "<cfg><collection name=\"after\"><document name=\"after\"><itemValue>ok"
+                      "</itemValue></document></collection></cfg>");
+        }
+        ZorBuiltIn::deleteBuiltInTypes();
+        EXPECT_EQ(liveBlocks(), before) << "left by the failure of allocation " << n;
+        EXPECT_EQ(heldLocks(), 0) << "after the failure of allocation " << n;
+        if (testing::Test::HasFailure()) return 0;
+        if (!happened) return n - 1;
+    }
+}
+
+ZorDocument* documentIn(ZorCollection& store) {
+    return store.getDocument("a document whose name is longer than thirty-two");
+}
+
+} // namespace
+
+TEST(AllocationFailure, InACollectionThatIsMade) {
+    EXPECT_GT(failEach([] { ZorCollection const store("a name that needs a block on the heap"); }),
+              20);
+}
+
+TEST(AllocationFailure, InAnImport) {
+    EXPECT_GT(failEach([] {
+                  ZorCollection store("cfg");
+                  store.importXML(kDefinition);
+                  store.importXML(kDocument);
+              }),
+              300);
+}
+
+TEST(AllocationFailure, InAnImportOfErrors) {
+    EXPECT_GT(failEachOnFilled([](ZorCollection& store) { store.importXML(kErrors); }), 50);
+}
+
+TEST(AllocationFailure, InAnImportIntoAFilledCollection) {
+    EXPECT_GT(failEachOnFilled([](ZorCollection& store) {
+                  store.deleteDocument("plain");
+                  store.importXML(kDocument);
+              }),
+              50);
+}
+
+TEST(AllocationFailure, InAQuery) {
+    EXPECT_GT(
+        failEachOnFilled([](ZorCollection& store) {
+            for (char const* const path :
+                 {"key/text", "//text", "*", "key[2]/*", "//inner/deep", "nothing[x]"}) {
+                std::unique_ptr<ZorResultSet> const results(documentIn(store)->select(path));
+                for (; !results->eof(); results->next()) {
+                    std::string text;
+                    results->getValue(text);
+                    results->getIntValue(nullptr);
+                }
+            }
+            ZorSchemaNode* const root = documentIn(store)->getRootNode();
+            for (char const* const path : {"//deep", "key/inner/deep", "//*", "/nothing/of it"}) {
+                Text const text(path);
+                root->findSubNode(text);
+            }
+        }),
+        100);
+}
+
+TEST(AllocationFailure, InAJoinOfResultSets) {
+    EXPECT_GT(failEachOnFilled([](ZorCollection& store) {
+                  std::unique_ptr<ZorResultSet> const results(documentIn(store)->select("//text"));
+                  results->combine(documentIn(store)->select("//gain"));
+                  results->getDefinition();
+                  results->combine(documentIn(store)->select("label"));
+                  results->getDefinition();
+              }),
+              20);
+}
+
+TEST(AllocationFailure, InValuesThatAreSet) {
+    EXPECT_GT(failEachOnFilled([](ZorCollection& store) {
+                  ZorDocument* const document = documentIn(store);
+                  for (char const* const text :
+                       {"a text that is longer than the buffer in the object", "true", "7", "1.5",
+                        "low", "a refused value, long enough to be a block in the message"}) {
+                      std::unique_ptr<ZorResultSet> const all(document->select("//*"));
+                      for (; !all->eof(); all->next()) all->setValue(text);
+                      all->rewind();
+                      for (; !all->eof(); all->next()) all->setIntValue(3);
+                      all->rewind();
+                      for (; !all->eof(); all->next()) all->restoreDefault();
+                      document->restoreDefaults();
+                  }
+              }),
+              200);
+}
+
+TEST(AllocationFailure, InAnExport) {
+    EXPECT_GT(failEachOnFilled([](ZorCollection& store) {
+                  store.exportAll();
+                  store.exportSchema("phone settings with a long name to allocate for");
+                  store.exportDocument("plain");
+                  store.exportSubset({"plain", "nothing"});
+              }),
+              50);
+}
+
+TEST(AllocationFailure, InCopies) {
+    EXPECT_GT(failEachOnFilled([](ZorCollection& store) {
+                  ZorSchema* const schema =
+                      store.getSchema("phone settings with a long name to allocate for");
+                  store.copySchema("a copy of the schema, under another name", schema);
+                  store.copyDocument("a copy of the document, under another name",
+                                     documentIn(store));
+                  store.copyDocument("plain", documentIn(store));
+              }),
+              100);
+}
+
+TEST(AllocationFailure, InListings) {
+    EXPECT_GT(failEachOnFilled([](ZorCollection& store) {
+                  std::list<ZorSchema*> schemas;
+                  std::list<ZorDocument*> documents;
+                  std::list<ZorCollection*> collections;
+                  store.getSchemas(schemas);
+                  store.getDocuments(documents);
+                  store.getCollections(collections);
+                  zor_listDelete(store.getSchemas());
+                  zor_listDelete(store.getDataTypes());
+              }),
+              10);
+}
+
+TEST(AllocationFailure, InDeletions) {
+    EXPECT_GT(failEachOnFilled([](ZorCollection& store) {
+                  store.setDocument(store.makeDocument("DefaultSchema", "second"), "an alias");
+                  store.deleteSchema("DefaultSchema");
+                  store.deleteDocument("a document whose name is longer than thirty-two");
+                  store.deleteAllDocuments();
+                  store.deleteAllSchemas();
+                  store.deleteAllCollections();
+                  ZorSchema* const made = store.makeSchema("DefaultSchema");
+                  made->makeDataNode(made->getRootNode(), "itemValue", 1,
+                                     made->getDataType("string"), "");
+              }),
+              10);
+}
+
+TEST(AllocationFailure, InTypesThatAreMade) {
+    EXPECT_GT(failEach([] {
+                  ZorDataTypeCollection set;
+                  auto add = [&set](ZorDataType* type) {
+                      std::unique_ptr<ZorDataType> made(type);
+                      if (set.addDataType(made.get())) (void)made.release();
+                  };
+                  std::unique_ptr<ZorDataType> choice(
+                      zor_choiceMake("a choice whose name is longer than a buffer"));
+                  for (char const* const option : {"the first option, which is a long one", "b"}) {
+                      zor_choiceAddOption(choice.get(), option);
+                  }
+                  add(choice.release());
+                  add(zor_rangeMake(ZorBuiltIn::getDataType("float"),
+                                    "a range whose name is longer than a buffer",
+                                    "0.50000000000000000000000000000000", "1"));
+                  ZorDataTypeCollection const copy(set.getDataTypes());
+              }),
+              50);
+}
+
+// What a mutator was called on is still the caller's, and a text of its own.
+TEST(AllocationFailure, InStringsThatChange) {
+    auto const change = [](ZorString* held, ZorString* (*mutate)(ZorString*)) {
+        try {
+            mutate(held)->removeRef();
+        } catch (std::bad_alloc const&) {
+            held->removeRef();
+            throw;
+        }
+    };
+    ZorString* (*const mutators[])(ZorString*) = {
+        [](ZorString* s) { return s->append(2, s->text, -1, " and more than that", -1); },
+        [](ZorString* s) { return s->set(1, "a text that is longer than the local buffer", -1); },
+        [](ZorString* s) { return s->set(2, "true", -1, s->text, -1); },
+        [](ZorString* s) {
+            return s->set(3, "id", -1, "", 0, "a text of more than 32 bytes....", -1);
+        },
+        [](ZorString* s) { return s->trim(); },
+    };
+    for (char const* const text :
+         {"short", "   a text, with blanks around, that is a long one   "}) {
+        for (auto* const mutate : mutators) {
+            failEach([&] { change(ZorString::create(text, -1), mutate); });
+            failEach([&] {
+                ZorString* const shared = ZorString::create(text, -1);
+                zor_stringAddRef(shared);
+                try {
+                    change(shared, mutate);
+                } catch (std::bad_alloc const&) {
+                    EXPECT_STREQ(shared->text, text);
+                    EXPECT_EQ(shared->refCount, 1);
+                    shared->removeRef();
+                    throw;
+                }
+                EXPECT_STREQ(shared->text, text);
+                shared->removeRef();
+            });
+        }
+    }
+}
