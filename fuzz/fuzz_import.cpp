@@ -5,6 +5,7 @@
 #include "fuzz/support/incident_log.h"
 #include "fuzz/support/leftovers.h"
 #include "fuzz/support/parts.h"
+#include "fuzz/support/proportion.h"
 #include "fuzz/support/round_trip.h"
 #include "fuzz/support/target.h"
 
@@ -27,6 +28,7 @@ public:
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     std::string const text = textOfInput(data, size);
+    if (asksForVeryMuch(text)) return 0;
     NoLeftovers const nothing;
     IncidentLog log;
     OneSchema dictionary;

@@ -11,6 +11,7 @@
 #include "fuzz/support/incident_log.h"
 #include "fuzz/support/leftovers.h"
 #include "fuzz/support/parts.h"
+#include "fuzz/support/proportion.h"
 #include "fuzz/support/round_trip.h"
 #include "fuzz/support/target.h"
 #include "tests/support/text.h"
@@ -121,6 +122,7 @@ private:
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
     std::vector<std::string> const parts = partsOf(data, size, 3);
+    if (asksForVeryMuch(parts[0] + parts[2])) return 0;
     NoLeftovers const nothing;
     IncidentLog log;
     ZorCollection collection(kStoreName);

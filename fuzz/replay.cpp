@@ -1,5 +1,6 @@
 // A target in ordinary builds: runs every file that is named, and every file of the directories
-// that are named. An input that leaves memory allocated ends the process.
+// that are named. An input that leaves memory allocated, or needs very much of it, ends the
+// process.
 
 #include <algorithm>
 #include <cstdio>
@@ -10,10 +11,14 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/support/check.h"
 #include "fuzz/support/target.h"
 #include "tests/support/allocations.h"
 
 namespace {
+
+// For one input. None of the committed ones is longer than a few kilobytes.
+constexpr long kMostBytes = 64L * 1024 * 1024;
 
 namespace fs = std::filesystem;
 
@@ -38,10 +43,10 @@ void run(fs::path const& input) {
     std::printf("%s\n", input.c_str());
     std::fflush(stdout);
     long const before = liveBlocks();
+    PeakBytes const peak;
     LLVMFuzzerTestOneInput(reinterpret_cast<std::uint8_t const*>(bytes.data()), bytes.size());
-    if (liveBlocks() == before) return;
-    std::fprintf(stderr, "%ld blocks are left allocated\n", liveBlocks() - before);
-    std::abort();
+    check(liveBlocks() == before, "an input leaves no memory allocated");
+    check(peak.count() <= kMostBytes, "an input needs memory in proportion");
 }
 
 } // namespace
