@@ -12,7 +12,7 @@
 namespace {
 
 constexpr long kMany = 100000;
-constexpr long kLittle = 256 * 1024;
+constexpr long kLittle = 262144; // bytes: 256 KB
 
 // That many attributes with names of their own.
 std::string attributes(long count) {

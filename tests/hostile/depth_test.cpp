@@ -17,7 +17,7 @@ constexpr int kDeepest = 256; // of collections and of branches
 
 // What an open element may take: its context, and the parser's record of its name.
 constexpr long kPerElement = 512;
-constexpr long kLittle = 256 * 1024;
+constexpr long kLittle = 262144; // bytes: 256 KB
 
 // How many collections are in each other.
 int depthOf(ZorCollection& collection) {

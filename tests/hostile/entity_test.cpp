@@ -14,7 +14,7 @@
 namespace {
 
 // The parser bears with expansions of up to 8 MiB, which it may have to hold.
-constexpr long kBound = 16 * 1024 * 1024;
+constexpr long kBound = 16777216; // 16 MB
 
 constexpr char kBreached[] = "limit on input amplification factor (from DTD and entities) breached";
 

@@ -14,8 +14,8 @@
 namespace {
 
 constexpr long kMegabyte = 1000000;
-constexpr long kLittle = 256 * 1024;
-constexpr int kLongest = 65534; // of what a string holds
+constexpr long kLittle = 262144; // bytes: 256 KB
+constexpr int kLongest = 65534;  // of what a string holds
 
 std::string tooLong(int line, int column, std::string const& element) {
     return errorAt(line, column, "text is too long in element <" + element + ">");
@@ -146,7 +146,7 @@ TEST(LargeText, NamesMayBeAsLongAsStrings) {
         EXPECT_EQ(incidents.substr(0, incidents.find('\n') + 1), tooLong(1, 7, "schema"));
         EXPECT_TRUE(collection.exportAll() == text);
     }
-    EXPECT_LT(peak.count(), 100 * kLongest + kLittle);
+    EXPECT_LT(peak.count(), 100L * kLongest + kLittle);
 }
 
 // Paths of 1 MB select nothing, or what they say.

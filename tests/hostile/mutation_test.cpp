@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <ostream>
 #include <string>
 #include <tuple>
 
@@ -15,9 +16,11 @@ struct Damage {
     char byte;
 };
 
+void PrintTo(Damage const& damage, std::ostream* out) { *out << damage.name; }
+
 } // namespace
 
-class Mutation : public testing::TestWithParam<std::tuple<char const*, Damage>> {};
+class Mutation : public testing::TestWithParam<std::tuple<std::string, Damage>> {};
 
 // Whatever byte is replaced does no harm, and the correct file is imported after it.
 TEST_P(Mutation, IsSurvivedAtEveryByte) {
@@ -33,11 +36,11 @@ TEST_P(Mutation, IsSurvivedAtEveryByte) {
 
 INSTANTIATE_TEST_SUITE_P(
     File, Mutation,
-    testing::Combine(testing::Values("Whole", "Refill"),
+    testing::Combine(testing::Values<std::string>("Whole", "Refill"),
                      testing::Values(Damage{"Less", '<'}, Damage{"Greater", '>'},
                                      Damage{"Ampersand", '&'}, Damage{"DoubleQuote", '"'},
                                      Damage{"SingleQuote", '\''}, Damage{"Slash", '/'},
                                      Damage{"Byte255", '\xFF'}, Damage{"Nul", '\0'})),
     [](auto const& instance) {
-        return std::string(std::get<0>(instance.param)) + std::get<1>(instance.param).name;
+        return std::get<0>(instance.param) + std::get<1>(instance.param).name;
     });

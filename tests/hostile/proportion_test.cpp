@@ -14,7 +14,7 @@
 namespace {
 
 // More than a collection with a parser and a few nodes ever needs.
-constexpr long kLittle = 256 * 1024;
+constexpr long kLittle = 262144; // bytes: 256 KB
 
 // Branches "b" within each other that repeat 32,767 times each.
 std::string repeatingBranches(int depth) {

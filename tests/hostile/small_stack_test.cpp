@@ -26,9 +26,9 @@ constexpr int kDeepest = 256; // of collections and of branches
 // What a thread of a small device may have. A sanitizer puts space around every variable, and so
 // gets more.
 #ifdef ZOR_LARGE_FRAMES
-constexpr std::size_t kStack = 1024 * 1024;
+constexpr std::size_t kStack = 1048576; // 1 MB
 #else
-constexpr std::size_t kStack = 256 * 1024;
+constexpr std::size_t kStack = 262144; // 256 KB
 #endif
 
 void* callFunction(void* function) {
@@ -160,7 +160,7 @@ TEST(SmallStack, UnfinishedBranchesAreLetGo) {
     onSmallStack([] {
         IncidentLog log;
         ZorCollection collection("phone");
-        collection.importXML(kBranches.substr(0, kBranches.find("7")).c_str());
+        collection.importXML(kBranches.substr(0, kBranches.find('7')).c_str());
         EXPECT_NE(log.take(), "");
         collection.deleteSchema("s");
         collection.importXML(kBranches.c_str());

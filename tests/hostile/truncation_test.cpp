@@ -27,7 +27,7 @@ TEST(SmallPhone, MayBeFilledByAFileOfItsOwn) {
     EXPECT_EQ(contentOf(collection), small_phone::kContent);
 }
 
-class Truncation : public testing::TestWithParam<char const*> {};
+class Truncation : public testing::TestWithParam<std::string> {};
 
 // A file that is cut at any byte does no harm, and the whole one is imported after it.
 TEST_P(Truncation, IsSurvivedAtEveryByte) {
@@ -39,5 +39,5 @@ TEST_P(Truncation, IsSurvivedAtEveryByte) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(File, Truncation, testing::Values("Whole", "Refill"),
-                         [](auto const& instance) { return std::string(instance.param); });
+INSTANTIATE_TEST_SUITE_P(File, Truncation, testing::Values<std::string>("Whole", "Refill"),
+                         [](auto const& instance) { return instance.param; });
