@@ -15,6 +15,7 @@ add_library(zor_objects OBJECT
   xml/parse_rules.cpp
   xml/parse_run.cpp
   xml/parser.cpp
+  xml/rule_search.cpp
   types/address_type.cpp
   types/bool_type.cpp
   types/builtin_table.cpp

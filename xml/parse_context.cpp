@@ -8,10 +8,13 @@
 #include "foundation/map_entries.h"
 #include "foundation/string_ref.h"
 #include "incident/raise.h"
+#include "xml/parse_run.h"
 #include "zor/string.h"
 
 using zor_internal::disregard;
+using zor_internal::findRule;
 using zor_internal::forEachEntry;
+using zor_internal::ParseRun;
 using zor_internal::raise;
 using zor_internal::raiseTooLong;
 using zor_internal::StringRef;
@@ -22,9 +25,12 @@ ZorElementParseRules* ruleAt(ZorListNode const* node) {
     return static_cast<ZorElementParseRules*>(node->value);
 }
 
-int ruleIsNotNamed(void const* rule, void const* name) {
-    return std::strcmp(static_cast<ZorElementParseRules const*>(rule)->elementName->text,
-                       static_cast<char const*>(name));
+ZorElementParseRules* findInnerRule(ZORParseContext const* outer, char const* name) {
+    if (ParseRun* const run = ParseRun::of(outer->parser)) {
+        return run->ruleSearches().find(outer, name);
+    }
+    long walked = 0;
+    return findRule(outer->parseRules->innerRules, name, &walked);
 }
 
 int stringDiffers(void const* string, void const* text) {
@@ -119,13 +125,11 @@ ZORParseContext::ZORParseContext(ZORParseContext* outer, char const* name,
     : outerContext(outer), parseRules(nullptr), attributes(nullptr), characterData(nullptr),
       parser(outer->parser), userData(nullptr) {
     if (!outer->parseRules) return; // inside an element that is not looked at
-    ZorListNode const* const found =
-        zor_listFindNode(outer->parseRules->innerRules, name, ruleIsNotNamed);
-    if (!found) {
+    parseRules = findInnerRule(outer, name);
+    if (!parseRules) {
         warnNotRecognised(this, name);
         return;
     }
-    parseRules = ruleAt(found);
     try {
         if (storeAttributes(this, name, elementAttributes)) return;
     } catch (...) {

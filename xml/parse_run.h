@@ -1,4 +1,5 @@
-// One running `parse`, for the handlers: where it keeps what one of them threw.
+// One running `parse`, for the handlers: where it keeps what one of them threw, and what they have
+// learnt about the rules.
 //
 // No exception may pass through the XML parser's own frames. A handler that throws stops the
 // parser; the exception goes on once that has returned.
@@ -7,6 +8,7 @@
 
 #include <exception>
 
+#include "xml/rule_search.h"
 #include "zor/xml.h"
 
 namespace zor_internal {
@@ -35,6 +37,8 @@ public:
         }
     }
 
+    RuleSearches& ruleSearches() { return searches; }
+
     // Throws on what a handler threw, if any did.
     void rethrow() const {
         if (failure) std::rethrow_exception(failure);
@@ -47,6 +51,7 @@ private:
     ZorXmlParser* parser;
     bool temporary;
     std::exception_ptr failure;
+    RuleSearches searches;
 };
 
 } // namespace zor_internal
