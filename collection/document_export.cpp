@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <string>
+#include <vector>
 
 #include "collection/default_schema.h"
 #include "foundation/escape.h"
@@ -18,15 +19,39 @@ using zor_internal::writeText;
 
 namespace {
 
-// Whether there is any cell in or below the node. Branches without cells may repeat so often that
-// walking over their occurrences would take forever.
-bool hasCells(ZorSchemaNode const* node) {
-    if (node->getOccurrences() < 1) return false;
-    if (node->isDataNode()) return true;
-    ZorSchemaNode const* child = node->getFirstChildNode();
-    while (child && !hasCells(child)) child = child->next;
-    return child != nullptr;
-}
+// The part of a schema that has cells. Branches without cells may repeat so often that walking over
+// their occurrences would take for ever, so they are left out beforehand.
+//
+// Nodes stand in depth-first order, each before what is below it.
+class ExportPlan {
+public:
+    struct Entry {
+        ZorSchemaNode* node;
+        std::size_t end; // behind the last entry below the node
+    };
+
+    // Plans what is below `top`.
+    explicit ExportPlan(ZorSchemaNode const* top) { addChildren(top); }
+
+    std::size_t size() const { return entries.size(); }
+    Entry const& operator[](std::size_t index) const { return entries[index]; }
+
+private:
+    void addChildren(ZorSchemaNode const* parent) {
+        for (ZorSchemaNode* child = parent->getFirstChildNode(); child; child = child->next) {
+            if (child->getOccurrences() < 1) continue;
+            std::size_t const index = entries.size();
+            entries.push_back({child, 0});
+            addChildren(child);
+            if (child->isDataNode() || entries.size() > index + 1)
+                entries[index].end = entries.size();
+            else
+                entries.pop_back();
+        }
+    }
+
+    std::vector<Entry> entries;
+};
 
 // An element around the values that are being written. Its start tag is held back until there is
 // something to write inside it: a branch without changed values is left out whole.
@@ -68,21 +93,22 @@ void writeValue(ZorDataWriter* writer, ZorDocument* document, ZorSchemaNode* nod
     if (text) writeText(writer, escaped(text.text()));
 }
 
-// Writes the children of `node` under one of its occurrences. Whether there was anything.
-bool writeChildren(ZorDataWriter* writer, ZorDocument* document, ZorSchemaNode const* node,
-                   long parentOccurrence, Element* outer) {
+// Writes the values of the planned nodes from `index` to `end` under one occurrence of their
+// parent. Whether there was anything.
+bool writeNodes(ZorDataWriter* writer, ZorDocument* document, ExportPlan const& plan,
+                std::size_t index, std::size_t end, long parentOccurrence, Element* outer) {
     bool wroteAny = false;
-    for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
-        if (!hasCells(child)) continue;
-        long const count = child->getOccurrences();
+    for (; index < end; index = plan[index].end) {
+        ZorSchemaNode* const node = plan[index].node;
+        long const count = node->getOccurrences();
         long next = 0; // the occurrence that an element without number would be read as
         for (long k = 0; k < count; ++k) {
             long const flat = parentOccurrence * count + k;
-            Element element{outer, child->getName(), k, next < k, false};
-            if (child->isDataNode())
-                writeValue(writer, document, child, flat, &element);
+            Element element{outer, node->getName(), k, next < k, false};
+            if (node->isDataNode())
+                writeValue(writer, document, node, flat, &element);
             else
-                writeChildren(writer, document, child, flat, &element);
+                writeNodes(writer, document, plan, index + 1, plan[index].end, flat, &element);
             if (!element.written) continue;
             writeEnd(writer, element);
             next = k + 1;
@@ -111,5 +137,6 @@ void ZorDocument::exportXML(ZorDataWriter* writer) {
 }
 
 bool ZorDocument::exportXML(ZorSchemaNode* node, long parentOccurrence, ZorDataWriter* writer) {
-    return writeChildren(writer, this, node, parentOccurrence, nullptr);
+    ExportPlan const plan(node);
+    return writeNodes(writer, this, plan, 0, plan.size(), parentOccurrence, nullptr);
 }
