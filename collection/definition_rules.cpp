@@ -91,7 +91,7 @@ void adoptSchemaRules(ZorElementParseRules* schema) {
 } // namespace
 
 void zor_internal::releaseLeftovers(ZorElementParseRules* rules) {
-    if (isDocumentRule(rules)) return removeNodeRules(rules);
+    if (isDocumentRule(rules)) return resetDocumentRule(rules);
     ZorElementCallback const end = rules->endElement;
     if (end == branchEnd || end == itemEnd || end == rangeEnd) releasePending(rules);
     for (ZorListNode const* node = rules->innerRules; node; node = node->next) {

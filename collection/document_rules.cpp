@@ -6,6 +6,7 @@
 #include "collection/default_schema.h"
 #include "collection/import_callbacks.h"
 #include "collection/import_rule_info.h"
+#include "collection/limits.h"
 #include "foundation/string_ref.h"
 #include "zor/collection.h"
 
@@ -61,6 +62,24 @@ ZorDocument* makeByName(ZorCollection* collection, ZorString* name) {
     return makeFromSchema(collection, schemaName, name);
 }
 
+DocumentRuleInfo* infoOf(ZorElementParseRules const* documentRule) {
+    return static_cast<DocumentRuleInfo*>(zor_XMLParseRulesGetElementUserData(documentRule));
+}
+
+// Counts the cells of the new document. When the documents that the input made have too many, it
+// goes again.
+ZorDocument* countOrDelete(ZORParseContext const* context, ZorCollection* collection,
+                           ZorString const* name, ZorDocument* made) {
+    DocumentRuleInfo* const info = infoOf(zor_XMLContextGetParseRules(context));
+    std::int64_t const cells = made->rootNode->countRequiredValueNodes();
+    if (info->cellsMade + cells > kMaxCells) {
+        collection->deleteDocument(name->text);
+        return refuse(incidentInvalidArgument, "documents of one import have too many values");
+    }
+    info->cellsMade += cells;
+    return made;
+}
+
 // The document to fill; null after reporting why there is none.
 ZorDocument* resolve(ZORParseContext const* context, ZorCollection* collection) {
     ZorString* const name = zor_XMLContextGetAttribute(context, "name");
@@ -69,7 +88,9 @@ ZorDocument* resolve(ZORParseContext const* context, ZorCollection* collection) 
     if (ZorDocument* const existing = collection->getDocument(name)) {
         return reuse(existing, name, schemaName);
     }
-    return schemaName ? makeWithSchema(collection, name, schemaName) : makeByName(collection, name);
+    ZorDocument* const made = schemaName ? makeWithSchema(collection, name, schemaName)
+                                         : makeByName(collection, name);
+    return made ? countOrDelete(context, collection, name, made) : nullptr;
 }
 
 void documentStart(ZORParseContext* context) {
@@ -94,6 +115,13 @@ void documentEnd(ZORParseContext* context) {
 
 } // namespace
 
+DocumentRuleInfo::DocumentRuleInfo() : ImportRuleInfo(nullptr), cellsMade(0) {}
+
+void zor_internal::resetDocumentRule(ZorElementParseRules* rules) {
+    removeNodeRules(rules);
+    infoOf(rules)->cellsMade = 0;
+}
+
 bool zor_internal::isDocumentRule(ZorElementParseRules const* rules) {
     return rules->endElement == documentEnd;
 }
@@ -103,7 +131,6 @@ ZorElementParseRules* zor_getDocumentParseRules() {
                                                        documentStart, documentEnd);
     zor_XMLParseRulesAddAttribute(rule.get(), "name");
     zor_XMLParseRulesAddAttribute(rule.get(), "schema");
-    zor_XMLParseRulesSetElementUserData(rule.get(), new ImportRuleInfo(nullptr),
-                                        deleteImportRuleInfo);
+    zor_XMLParseRulesSetElementUserData(rule.get(), new DocumentRuleInfo, deleteImportRuleInfo);
     return rule.release();
 }

@@ -21,6 +21,15 @@ public:
     std::uint32_t valueIndex;         // its flat occurrence
 };
 
+// What the rule of a <document> element counts beside: how many cells the documents have that the
+// input made. A few bytes of input may ask for a document, and so may the next few.
+class DocumentRuleInfo : public ImportRuleInfo {
+public:
+    DocumentRuleInfo();
+
+    std::int64_t cellsMade;
+};
+
 namespace zor_internal {
 
 // Adds a rule for every node below `node`, with counters at zero, to `rules`.
@@ -32,5 +41,8 @@ void removeNodeRules(ZorElementParseRules* rules);
 
 // Whether this is a rule made by zor_getDocumentParseRules.
 bool isDocumentRule(ZorElementParseRules const* rules);
+
+// Makes a document rule ready for a new input.
+void resetDocumentRule(ZorElementParseRules* rules);
 
 } // namespace zor_internal

@@ -117,10 +117,10 @@ public:
     // was there; documents of the schema that was there are deleted. The types of its nodes
     // are found among its own and the built-in ones only; a node whose type is not is dropped
     // with an incident. The root node keeps the name of the source; the copy belongs to this
-    // collection. It shares the names of types and options with the source.
-    // REQUIRES: `source` is not null; the bases of its ranges and the user data of its derived
-    // types without cloneUserDataFn outlive the copy, unless they are types of its own; source and
-    // copy are not destroyed by two threads at the same time.
+    // collection. Nothing that is counted is shared with the source, whose lock is held meanwhile.
+    // REQUIRES: `source` is not null, and nobody adds types to it; the bases of its ranges and the
+    // user data of its derived types without cloneUserDataFn outlive the copy, unless they are
+    // types of its own.
     void copySchema(char const* schemaName, ZorSchema* source);
 
     // The dictionary, or null for none. Borrowed: the host keeps it alive.
@@ -135,7 +135,10 @@ public:
     // called while an import runs, by its dictionary; of 16 imports within each other, the next one
     // is refused with "schema definitions are nested too deeply" (no context, severity 3, type 2).
     // Collections and branches nested more than 256 deep are refused with "nested too deeply"
-    // (severity 3, type 1).
+    // (severity 3, type 1), documents that would have more than 16777216 values together with those
+    // that the import made before with "documents of one import have too many values" (no context,
+    // severity 3, type 2). What callbacks of the host throw, and std::bad_alloc, reaches the
+    // caller; what was imported until then stays.
     void importXML(char const* text);
     // The same for a file, path as a ZorString or plain text. It is read in pieces of 4096 bytes,
     // up to the first one after which the last incident of the parser is an error; refused values

@@ -216,9 +216,9 @@ ZOR_API ZorDataType* zor_rangeBaseType(ZorDataType* type);
 class ZOR_API ZorDataTypeCollection {
 public:
     ZorDataTypeCollection();
-    // A set of copies of the types in the list; of two with one name, the first. The copy of a
-    // range over a type in the list is a range over that type's copy. Takes ownership of the list,
-    // not of its types.
+    // A set of copies of the types in the list, with strings of their own; of two with one name,
+    // the first. The copy of a range over a type in the list is a range over that type's copy.
+    // Takes ownership of the list, not of its types.
     explicit ZorDataTypeCollection(ZorListNode* list);
     ZorDataTypeCollection(ZorDataTypeCollection const&) = delete;
     ZorDataTypeCollection& operator=(ZorDataTypeCollection const&) = delete;
