@@ -25,7 +25,7 @@ ParseRun::~ParseRun() {
         delete parser->incidentContext;
         parser->incidentContext = nullptr;
     } else {
-        parser->incidentContext->pop();
+        while (of(parser) == this) parser->incidentContext->pop();
     }
 }
 
