@@ -111,26 +111,39 @@ TEST_F(CollectionStress, ANameIsTakenOnce) {
     EXPECT_EQ(valuesOf(store.getDocuments()).size(), static_cast<std::size_t>(kRounds + kKept));
 }
 
-// Sub-collections and schemas likewise, each with what is in it.
+// Sub-collections and schemas likewise, each with what is in it, while one thread lists them.
 TEST_F(CollectionStress, SchemasAndSubCollectionsComeAndGo) {
     ZorSchema* const note = store.getSchema("note");
-    inThreads(kThreads, [&](int thread) {
+    Flag done;
+    inThreads(kThreads + 1, [&](int thread) {
+        while (thread == kThreads && !done.isSet()) {
+            EXPECT_GE(valuesOf(store.getSchemas()).size(), 2U);
+            EXPECT_GE(valuesOf(store.getCollections()).size(), 0U + kKept);
+        }
         std::string const own = numbered("own", thread);
-        for (int round = 0; round < kRounds / 4; ++round) {
+        std::string const other = numbered("own", (thread + 1) % kThreads);
+        for (int round = 0; thread < kThreads && round < kRounds / 4; ++round) {
             ZorCollection* const sub = store.makeCollection(own.c_str());
             sub->copySchema("note", note);
             sub->makeDocument("note", "first");
             EXPECT_EQ(store.getCollection(own.c_str()), sub);
-            EXPECT_NE(store.getCollection("kept0"), nullptr);
-            EXPECT_GE(valuesOf(store.getCollections()).size(), 1U + kKept);
+            EXPECT_NE(store.getCollection(other.c_str()), sub); // or null
             store.deleteCollection(own.c_str());
-            store.makeSchema(own.c_str());
-            EXPECT_EQ(store.getSchema("note"), note);
-            EXPECT_GE(valuesOf(store.getSchemas()).size(), 3U);
+            if (round % 2) {
+                store.copySchema(own.c_str(), note);
+            } else {
+                store.makeSchema(own.c_str());
+            }
+            ZorSchema* const schema = store.getSchema(own.c_str());
+            EXPECT_NE(store.getSchema(other.c_str()), schema);
+            store.setDocument(new ZorDocument(schema, own.c_str()), own.c_str());
             store.deleteSchema(own.c_str());
+            EXPECT_EQ(store.getDocument(own.c_str()), nullptr);
         }
+        if (thread == 0) done.set();
         EXPECT_EQ(takeIncidents(), "");
     });
+    EXPECT_EQ(valuesOf(store.getSchemas()).size(), 2U);
     EXPECT_EQ(valuesOf(store.getCollections()).size(), static_cast<std::size_t>(kKept));
     EXPECT_EQ(ZorCollection::refCount, 1 + kKept);
 }
