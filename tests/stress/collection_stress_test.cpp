@@ -148,6 +148,33 @@ TEST_F(CollectionStress, SchemasAndSubCollectionsComeAndGo) {
     EXPECT_EQ(ZorCollection::refCount, 1 + kKept);
 }
 
+// Copies that one thread stores are deleted by another as soon as they are found, which may be
+// before the copying has returned.
+TEST_F(CollectionStress, CopiesAreDeletedAsSoonAsTheyAreFound) {
+    ZorSchema* const note = store.getSchema("note");
+    std::atomic<int> deleted{0};
+    inThreads(2, [&](int thread) {
+        for (int round = 0; round < kRounds / 4; ++round) {
+            std::string const name = numbered("copy", round);
+            char const* const copy = name.c_str();
+            if (thread == 0) {
+                store.copySchema(copy, note);
+                store.copyDocument(copy, kept[0]);
+                while (deleted.load(std::memory_order_relaxed) <= round) std::this_thread::yield();
+                continue;
+            }
+            while (!store.getSchema(copy)) std::this_thread::yield();
+            store.deleteSchema(copy);
+            while (!store.getDocument(copy)) std::this_thread::yield();
+            store.deleteDocument(copy);
+            deleted.fetch_add(1, std::memory_order_relaxed);
+        }
+        EXPECT_EQ(takeIncidents(), "");
+    });
+    EXPECT_TRUE(hasAllKept(valuesOf(store.getDocuments())));
+    EXPECT_EQ(valuesOf(store.getSchemas()).size(), 2U);
+}
+
 // Threads that export the same collection all write the same.
 TEST_F(CollectionStress, ExportsAtTheSameTimeAreEqual) {
     std::string const expected = store.exportAll();

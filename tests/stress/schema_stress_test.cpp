@@ -122,6 +122,25 @@ TEST_F(SchemaStress, NodesAreFoundWhileDocumentsComeAndGo) {
     });
 }
 
+// A document that is asked for another schema's node says no, even while that one gets its first
+// document.
+TEST_F(SchemaStress, NodesOfOtherSchemasAreRefusedAtAnyTime) {
+    ZorSchemaNode* const alarm = nodeAt(schema, "alarm");
+    ZorDocument* const other = store.makeDocument("DefaultSchema", "other");
+    inThreads(2, [&](int thread) {
+        for (int round = 0; round < kRounds; ++round) {
+            if (thread == 0) {
+                EXPECT_EQ(textAt(other, alarm, 0), "(null)");
+                EXPECT_EQ(other->setIntNodeValue(alarm, 0, 1), 0);
+                EXPECT_EQ(takeIncidents(), "3 setIntNodeValue: occurrence is out of range\n");
+                continue;
+            }
+            EXPECT_EQ(textAt(make("first"), alarm, 0), "5");
+            store.deleteDocument("first");
+        }
+    });
+}
+
 // A schema with documents refuses nodes, whoever asks; the refusal harms nobody.
 TEST_F(SchemaStress, ASchemaInUseRefusesNodes) {
     make("keeper");

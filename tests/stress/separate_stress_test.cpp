@@ -110,8 +110,7 @@ TEST(SeparateStress, ImportErrorsStayWithTheirThread) {
     });
 }
 
-// Collections with a schema copied from one source are used in different threads. The copies share
-// the names of types and options, which nobody counts but who copies or destroys.
+// Collections with a schema copied from one source are used in different threads.
 TEST(SeparateStress, CopiesOfASchemaAreUsedInDifferentThreads) {
     std::unique_ptr<ZorCollection> const source = makeStore();
     std::vector<std::unique_ptr<ZorCollection>> copies;
@@ -130,6 +129,62 @@ TEST(SeparateStress, CopiesOfASchemaAreUsedInDifferentThreads) {
         }
         EXPECT_EQ(takeIncidents(), "");
     });
+}
+
+// Copies of one schema are made, used and destroyed in several threads, beside the source.
+TEST(SeparateStress, CopiesOfASchemaComeAndGo) {
+    std::unique_ptr<ZorCollection> const source = makeStore();
+    inThreads(kThreads, [&](int thread) {
+        for (int round = 0; round < kRounds; ++round) {
+            if (thread == 0) {
+                useStore(*source, round);
+                continue;
+            }
+            ZorCollection store("store");
+            store.copySchema("phone", source->getSchema("phone"));
+            useStore(store, round);
+        }
+        EXPECT_EQ(takeIncidents(), "");
+    });
+}
+
+// A copy that is made while the source gets nodes has the nodes that were there at one moment.
+TEST(SeparateStress, ACopyHasTheNodesOfOneMoment) {
+    ZorCollection source("store");
+    ZorSchema* const growing = source.makeSchema("growing");
+    Flag done;
+    inThreads(kThreads, [&](int thread) {
+        for (int i = 0; thread == 0 && i < kRounds; ++i) {
+            growing->makeBranchNode(growing->rootNode, std::to_string(i).c_str(), 1);
+        }
+        if (thread == 0) done.set();
+        while (!done.isSet()) {
+            ZorCollection store("store");
+            store.copySchema("copy", growing);
+            int count = 0;
+            ZorSchemaNode const* node = store.getSchema("copy")->rootNode->firstChild;
+            for (; node; node = node->next) EXPECT_EQ(node->getName(), std::to_string(count++));
+        }
+    });
+}
+
+// What an import that broke off had open is nobody's: one thread may delete it while another one
+// imports again.
+TEST(SeparateStress, ABrokenImportHoldsNothing) {
+    for (int round = 0; round < kRounds; ++round) {
+        std::unique_ptr<ZorCollection> const store = makeStore();
+        store->importXML("<store><document schema='phone' name='phone1'><key><label>a");
+        EXPECT_EQ(takeIncidents(), "3 {zor_XMLParse: line 1, column 59 }no element found\n");
+        inThreads(2, [&](int thread) {
+            if (thread == 0)
+                store->deleteSchema("phone");
+            else
+                store->importXML("<store><document name='note'><itemValue>b</itemValue></document>"
+                                 "</store>");
+            EXPECT_EQ(takeIncidents(), "");
+        });
+        EXPECT_EQ(selected(store->getDocument("note"), "*"), "b ");
+    }
 }
 
 // Documents are copied from one thread's collection to another's while both are used.
