@@ -129,11 +129,9 @@ TEST_F(CollectionStress, SchemasAndSubCollectionsComeAndGo) {
             EXPECT_EQ(store.getCollection(own.c_str()), sub);
             EXPECT_NE(store.getCollection(other.c_str()), sub); // or null
             store.deleteCollection(own.c_str());
-            if (round % 2) {
-                store.copySchema(own.c_str(), note);
-            } else {
-                store.makeSchema(own.c_str());
-            }
+            if (round % 3 == 0) store.copySchema(own.c_str(), note);
+            if (round % 3 == 1) store.makeSchema(own.c_str());
+            if (round % 3 == 2) store.setSchema(new ZorSchema(&store, own.c_str()), own.c_str());
             ZorSchema* const schema = store.getSchema(own.c_str());
             EXPECT_NE(store.getSchema(other.c_str()), schema);
             store.setDocument(new ZorDocument(schema, own.c_str()), own.c_str());

@@ -101,6 +101,22 @@ TEST_F(SchemaStress, TheFirstAndTheLastDocumentMayBeAnyones) {
     EXPECT_EQ(schema->documentCount(), 0);
 }
 
+// The same for documents that are in no collection: only the schema knows of them.
+TEST_F(SchemaStress, DocumentsMayBeTheHostsOwn) {
+    inThreads(kThreads, [&](int thread) {
+        for (int round = 0; round < kRounds; ++round) {
+            schema->lock.take(-1);
+            auto* const own = new ZorDocument(schema, "own");
+            schema->lock.give();
+            useDocument(own, std::to_string(round));
+            delete own;
+            if (round % 4 == thread) std::this_thread::yield();
+        }
+        EXPECT_EQ(takeIncidents(), "");
+    });
+    EXPECT_EQ(schema->documentCount(), 0);
+}
+
 // The nodes of a schema with documents are found by every way at the same time.
 TEST_F(SchemaStress, NodesAreFoundWhileDocumentsComeAndGo) {
     ZorDocument* const shared = make("shared");
@@ -157,6 +173,45 @@ TEST_F(SchemaStress, ASchemaInUseRefusesNodes) {
             store.deleteDocument(name.c_str());
         }
         EXPECT_EQ(takeIncidents(), "");
+    });
+}
+
+// While documents are made, copied in and deleted, nodes are made between them or not at all. An
+// export has the nodes of one moment.
+TEST_F(SchemaStress, NodesAreMadeBetweenDocuments) {
+    ZorCollection elsewhere("store");
+    elsewhere.importXML(kDefinition);
+    ZorDocument* const source = elsewhere.makeDocument("phone", "source");
+    Flag done;
+    inThreads(4, [&](int thread) {
+        for (int round = 0; thread == 0 && round < kRounds * 4; ++round) {
+            std::string const name = std::to_string(round % 100);
+            if (schema->makeBranchNode(schema->rootNode, name.c_str(), 1)) continue;
+            std::string const begin = "3 zor_branchNodeMake(" + name + "): ";
+            std::string const incident = takeIncidents();
+            EXPECT_TRUE(incident == begin + "Cannot modify schema while documents exist\n" ||
+                        incident == begin + "node name already exists for given parent\n");
+        }
+        if (thread == 0) done.set();
+        while (!done.isSet()) {
+            if (thread == 1) {
+                EXPECT_EQ(selected(make("made"), "zone"), "A ");
+                store.deleteDocument("made");
+                continue;
+            }
+            if (thread == 2) {
+                ZorCollection reader("store");
+                reader.importXML(store.exportSchema("phone").c_str());
+                EXPECT_EQ(takeIncidents(), "");
+                EXPECT_NE(reader.getSchema("phone"), nullptr);
+                continue;
+            }
+            store.copyDocument("copied", source);
+            std::string const incident = takeIncidents();
+            EXPECT_TRUE(incident.empty() || incident == "3 ZorCollection::copyDocument{Schema "
+                                                        "(phone) does not match}\n");
+            store.deleteDocument("copied");
+        }
     });
 }
 
