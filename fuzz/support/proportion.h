@@ -1,6 +1,6 @@
 // Inputs that ask for so many values that it only takes long to make them.
 //
-// A document may hold 16 million values, which a short text can ask for, and they are made and
+// One import may make 16 million values, which a short text can ask for, and they are made and
 // visited one by one. Such inputs are left to the tests; here they would only crowd out others.
 
 #pragma once
