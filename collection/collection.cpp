@@ -2,13 +2,13 @@
 
 #include "zor/collection.h"
 
-#include <cstring>
 #include <memory>
 #include <set>
 
 #include "collection/default_schema.h"
 #include "collection/documents_of.h"
 #include "collection/limits.h"
+#include "collection/removed_objects.h"
 #include "foundation/list_builder.h"
 #include "foundation/list_ref.h"
 #include "foundation/map_entries.h"
@@ -19,14 +19,14 @@
 
 using zor_internal::deleteDocumentsOf;
 using zor_internal::forEachEntry;
-using zor_internal::freeEntry;
-using zor_internal::kBucketCount;
 using zor_internal::kDefaultSchemaName;
 using zor_internal::ListBuilder;
 using zor_internal::ListRef;
 using zor_internal::LockHolder;
+using zor_internal::ownName;
 using zor_internal::raiseError;
 using zor_internal::reasonAgainstDocument;
+using zor_internal::Removed;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
 using zor_internal::textOf;
@@ -49,63 +49,6 @@ ZorListNode* listOf(ZorMapEntry** map) {
     });
     return values.release();
 }
-
-// What the object calls itself, which need not be the key it is stored under.
-ZorString* ownName(ZorSchema const* schema) { return schema->rootNode->name; }
-ZorString* ownName(ZorDocument const* document) { return document->name; }
-ZorString* ownName(ZorCollection const* collection) { return collection->name; }
-
-// Objects that are removed from a map to be deleted: in the order of the map, and each once, even
-// one that was stored under two names. Nothing is allocated, so that nothing can fail half-way and
-// destructors may use it: the objects stay with their entries, which form a chain. Used once.
-template <typename T>
-class Removed {
-public:
-    Removed() = default;
-    Removed(Removed const&) = delete;
-    Removed& operator=(Removed const&) = delete;
-    ~Removed() {
-        while (ZorMapEntry* const entry = first) {
-            first = entry->next;
-            auto* const object = static_cast<T*>(entry->value);
-            if (isAliased) forget(object);
-            freeEntry(entry);
-            delete object;
-        }
-    }
-
-    // Removes the entries with the objects for which `isWanted` is true.
-    template <typename Predicate>
-    void takeIf(ZorMapEntry** map, Predicate isWanted) {
-        ZorMapEntry** last = &first;
-        for (unsigned i = 0; i < kBucketCount; ++i) {
-            for (ZorMapEntry** link = &map[i]; *link;) {
-                ZorMapEntry* const entry = *link;
-                auto const* const object = static_cast<T const*>(entry->value);
-                if (!object || !isWanted(object)) {
-                    link = &entry->next;
-                    continue;
-                }
-                isAliased = isAliased || std::strcmp(entry->key->text, ownName(object)->text) != 0;
-                *link = entry->next;
-                entry->next = nullptr;
-                *last = entry;
-                last = &entry->next;
-            }
-        }
-    }
-
-private:
-    // Only a host stores an object under another name than its own: all others cost no search.
-    void forget(T const* object) {
-        for (ZorMapEntry* entry = first; entry; entry = entry->next) {
-            if (entry->value == object) entry->value = nullptr;
-        }
-    }
-
-    ZorMapEntry* first = nullptr;
-    bool isAliased = false;
-};
 
 // Destroys all objects of a map, and the map; null is allowed.
 template <typename T>
