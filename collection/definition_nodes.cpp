@@ -99,8 +99,9 @@ void zor_internal::branchStart(ZORParseContext* context) {
 
 void zor_internal::branchEnd(ZORParseContext* context) {
     auto const* const info = published<NodeInfo>(context);
-    auto* const schema = enclosing<ZorSchema>(context);
-    if (info && schema && !schema->makeBranchNode(info->parent, info->name, info->occurrences)) {
+    // Where there is a description, there is a schema.
+    if (info && !enclosing<ZorSchema>(context)->makeBranchNode(info->parent, info->name,
+                                                               info->occurrences)) {
         raiseDefinitionError(context, "Could Not Branch Node with supplied parameters");
     }
     withdrawPending(context);
@@ -114,10 +115,8 @@ void zor_internal::itemStart(ZORParseContext* context) {
 
 void zor_internal::itemEnd(ZORParseContext* context) {
     auto const* const info = published<NodeInfo>(context);
-    auto* const schema = enclosing<ZorSchema>(context);
-    if (info && schema &&
-        !schema->makeDataNode(info->parent, info->name, info->occurrences, info->type,
-                              info->defaultValue)) {
+    if (info && !enclosing<ZorSchema>(context)->makeDataNode(
+                    info->parent, info->name, info->occurrences, info->type, info->defaultValue)) {
         raiseDefinitionError(context, "Could Not item with supplied parameters");
     }
     withdrawPending(context);

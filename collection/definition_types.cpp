@@ -51,14 +51,13 @@ void zor_internal::rangeStart(ZORParseContext* context) {
 
 void zor_internal::rangeEnd(ZORParseContext* context) {
     auto const* const info = published<RangeInfo>(context);
-    auto* const schema = enclosing<ZorSchema>(context);
-    if (info && schema) {
+    if (info) { // so there is a schema
         ZorDataType* const range =
             zor_rangeMake(info->baseType, info->name, info->minimum, info->maximum);
         if (!range) {
             raiseDefinitionError(context, "Could Not Make Range Type with supplied parameters");
         }
-        addOrDestroy(schema, range);
+        addOrDestroy(enclosing<ZorSchema>(context), range);
     }
     withdrawPending(context);
 }

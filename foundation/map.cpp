@@ -17,7 +17,6 @@ using zor_internal::forEachEntry;
 using zor_internal::freeEntry;
 using zor_internal::kBucketCount;
 using zor_internal::ListBuilder;
-using zor_internal::removeEntriesIf;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
 using zor_internal::textOf;
@@ -85,7 +84,12 @@ ZorListNode* zor_mapValues(ZorMapEntry** map) {
 }
 
 void zor_mapDelete(ZorMapEntry** map) {
-    removeEntriesIf(map, [](ZorMapEntry const&) { return true; });
+    for (unsigned i = 0; i < kBucketCount; ++i) {
+        while (ZorMapEntry* const entry = map[i]) {
+            map[i] = entry->next;
+            freeEntry(entry);
+        }
+    }
     delete[] map;
 }
 

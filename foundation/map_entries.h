@@ -21,20 +21,4 @@ void forEachEntry(ZorMapEntry** map, Visit visit) {
     }
 }
 
-// Removes the entries for which `isUnwanted` is true. The values are not freed.
-template <typename Predicate>
-void removeEntriesIf(ZorMapEntry** map, Predicate isUnwanted) {
-    for (unsigned i = 0; i < kBucketCount; ++i) {
-        for (ZorMapEntry** link = &map[i]; *link;) {
-            ZorMapEntry* const entry = *link;
-            if (!isUnwanted(*entry)) {
-                link = &entry->next;
-                continue;
-            }
-            *link = entry->next;
-            freeEntry(entry);
-        }
-    }
-}
-
 } // namespace zor_internal
