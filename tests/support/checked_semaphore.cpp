@@ -68,11 +68,12 @@ int Semaphore::take(int timeout) {
 }
 
 int Semaphore::give() {
-    bool const wasTaken = isHeldHere(this);
+    Semaphore const** const held = findHeld(this);
+    bool const wasTaken = held != heldHere + heldHereCount;
     EXPECT_TRUE(wasTaken) << "a lock was given that this thread did not take";
     if (!wasTaken) return 0;
-    std::remove(heldHere, heldHere + heldHereCount, this);
     --heldHereCount;
+    *held = heldHere[heldHereCount];
     heldByAll.fetch_sub(1, std::memory_order_relaxed);
     __atomic_store_n(&maximum, 1, __ATOMIC_RELAXED);
     return sem_post(&semaphore) == 0;
