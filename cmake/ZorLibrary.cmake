@@ -51,6 +51,7 @@ add_library(zor_objects OBJECT
   collection/definition_rules.cpp
   collection/definition_types.cpp
   collection/document_export.cpp
+  collection/document_size.cpp
   collection/document_rules.cpp
   collection/import.cpp
   collection/node_info.cpp

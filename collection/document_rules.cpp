@@ -2,12 +2,16 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "collection/default_schema.h"
+#include "collection/document_size.h"
 #include "collection/import_callbacks.h"
 #include "collection/import_rule_info.h"
 #include "collection/limits.h"
 #include "foundation/string_ref.h"
+#include "schema/schema_changes.h"
+#include "xml/parse_run.h"
 #include "zor/collection.h"
 
 using namespace zor_internal;
@@ -19,16 +23,35 @@ ZorDocument* refuse(incidentType type, char const* reason) {
     return nullptr;
 }
 
-ZorDocument* makeFromSchema(ZorCollection* collection, std::string const& schemaName,
-                            ZorString* name) {
-    // As a string, because a plain text may begin like one.
-    StringRef const schema(ZorString::create(schemaName.c_str(), -1));
-    return collection->makeDocument(schema.get(), name);
+DocumentRuleInfo* infoOf(ZorElementParseRules const* documentRule) {
+    return static_cast<DocumentRuleInfo*>(zor_XMLParseRulesGetElementUserData(documentRule));
 }
 
-ZorDocument* makeFromDefault(ZorCollection* collection, ZorString* name) {
+// Makes the document, unless the documents of this input take too much together.
+ZorDocument* makeCounted(ZORParseContext const* context, ZorCollection* collection,
+                         void const* schemaName, ZorString* name) {
+    DocumentRuleInfo* const info = infoOf(zor_XMLContextGetParseRules(context));
+    ZorSchema* const schema = collection->getSchema(schemaName);
+    std::int64_t const bytes = schema ? bytesOfDocument(schema) : 0;
+    if (info->bytesMade + bytes > kMaxImportedBytes) {
+        return refuse(incidentInvalidArgument, "documents of one import have too many values");
+    }
+    ZorDocument* const made = collection->makeDocument(schemaName, name);
+    if (made) info->bytesMade += bytes;
+    return made;
+}
+
+ZorDocument* makeFromSchema(ZORParseContext const* context, ZorCollection* collection,
+                            std::string const& schemaName, ZorString* name) {
+    // As a string, because a plain text may begin like one.
+    StringRef const schema(ZorString::create(schemaName.c_str(), -1));
+    return makeCounted(context, collection, schema.get(), name);
+}
+
+ZorDocument* makeFromDefault(ZORParseContext const* context, ZorCollection* collection,
+                             ZorString* name) {
     // By name, because the schema that the collection was born with may be gone.
-    return collection->makeDocument(kDefaultSchemaName, name);
+    return makeCounted(context, collection, kDefaultSchemaName, name);
 }
 
 // The existing document, unless the schema asked for is another than its own.
@@ -41,7 +64,8 @@ ZorDocument* reuse(ZorDocument* document, ZorString const* name, ZorString const
     return nullptr;
 }
 
-ZorDocument* makeWithSchema(ZorCollection* collection, ZorString* name, ZorString* schemaName) {
+ZorDocument* makeWithSchema(ZORParseContext const* context, ZorCollection* collection,
+                            ZorString* name, ZorString* schemaName) {
     if (!collection->getSchema(schemaName)) {
         ZorDictionary* const dictionary = collection->getDictionary();
         std::string const definition =
@@ -49,35 +73,18 @@ ZorDocument* makeWithSchema(ZorCollection* collection, ZorString* name, ZorStrin
         if (definition.empty()) return refuse(incidentInvalidXml, "unknown schema name");
         collection->importXML(definition.c_str());
     }
-    return collection->makeDocument(schemaName, name);
+    return makeCounted(context, collection, schemaName, name);
 }
 
-ZorDocument* makeByName(ZorCollection* collection, ZorString* name) {
+ZorDocument* makeByName(ZORParseContext const* context, ZorCollection* collection,
+                        ZorString* name) {
     ZorDictionary* const dictionary = collection->getDictionary();
-    if (!dictionary) return makeFromDefault(collection, name);
+    if (!dictionary) return makeFromDefault(context, collection, name);
     std::string const schemaName = dictionary->getSchemaName(name->text);
-    if (schemaName.empty()) return makeFromDefault(collection, name);
+    if (schemaName.empty()) return makeFromDefault(context, collection, name);
     // Kept: the definition is imported without asking whether it is there, empty, or needed.
     collection->importXML(dictionary->getSchemaDefinition(schemaName).c_str());
-    return makeFromSchema(collection, schemaName, name);
-}
-
-DocumentRuleInfo* infoOf(ZorElementParseRules const* documentRule) {
-    return static_cast<DocumentRuleInfo*>(zor_XMLParseRulesGetElementUserData(documentRule));
-}
-
-// Counts the cells of the new document. When the documents that the input made have too many, it
-// goes again.
-ZorDocument* countOrDelete(ZORParseContext const* context, ZorCollection* collection,
-                           ZorString const* name, ZorDocument* made) {
-    DocumentRuleInfo* const info = infoOf(zor_XMLContextGetParseRules(context));
-    std::int64_t const cells = made->rootNode->countRequiredValueNodes();
-    if (info->cellsMade + cells > kMaxCells) {
-        collection->deleteDocument(name->text);
-        return refuse(incidentInvalidArgument, "documents of one import have too many values");
-    }
-    info->cellsMade += cells;
-    return made;
+    return makeFromSchema(context, collection, schemaName, name);
 }
 
 // The document to fill; null after reporting why there is none.
@@ -88,15 +95,40 @@ ZorDocument* resolve(ZORParseContext const* context, ZorCollection* collection) 
     if (ZorDocument* const existing = collection->getDocument(name)) {
         return reuse(existing, name, schemaName);
     }
-    ZorDocument* const made = schemaName ? makeWithSchema(collection, name, schemaName)
-                                         : makeByName(collection, name);
-    return made ? countOrDelete(context, collection, name, made) : nullptr;
+    return schemaName ? makeWithSchema(context, collection, name, schemaName)
+                      : makeByName(context, collection, name);
+}
+
+// Takes the node rules back from the rule, so that it has none, and keeps them.
+void keepNodeRules(ZorElementParseRules* rule) {
+    if (!rule->innerRules) return;
+    DocumentRuleInfo* const info = infoOf(rule);
+    releaseRules(std::exchange(info->keptRules, std::exchange(rule->innerRules, nullptr)));
+}
+
+// Gives the rule the node rules of a schema, which count from the start: those it had last, if they
+// are of that schema as it stands, or new ones.
+void lendNodeRules(ZORParseContext const* context, ZorSchemaNode const* root) {
+    ZorElementParseRules* const rule = zor_XMLContextGetParseRules(context);
+    DocumentRuleInfo* const info = infoOf(rule);
+    ++info->documents;
+    ZorListNode* const kept = std::exchange(info->keptRules, nullptr);
+    if (kept && info->keptOf == root && info->keptChanges == schemaChanges()) {
+        rule->innerRules = kept;
+        return;
+    }
+    if (ParseRun* const run = ParseRun::of(context->parser)) run->ruleSearches().forget();
+    releaseRules(kept);
+    info->keptOf = nullptr; // until they are complete
+    unsigned long const changes = schemaChanges();
+    addNodeRules(rule, root, info);
+    info->keptOf = root;
+    info->keptChanges = changes;
 }
 
 void documentStart(ZORParseContext* context) {
-    ZorElementParseRules* const rule = zor_XMLContextGetParseRules(context);
-    // An import that ended inside a document leaves its rules, and their schema may be gone.
-    removeNodeRules(rule);
+    // A document whose end was passed over after an error leaves its rules.
+    keepNodeRules(zor_XMLContextGetParseRules(context));
     auto* const collection = enclosing<ZorCollection>(context);
     if (!collection) return skipElement(context);
     ZorDocument* const document = resolve(context, collection);
@@ -105,21 +137,25 @@ void documentStart(ZORParseContext* context) {
                          "problem resolving document and schema name");
         return;
     }
-    addNodeRules(rule, document->rootNode);
+    lendNodeRules(context, document->rootNode);
     zor_XMLContextSetUserData(context, document);
 }
 
-void documentEnd(ZORParseContext* context) {
-    removeNodeRules(zor_XMLContextGetParseRules(context));
-}
+void documentEnd(ZORParseContext* context) { keepNodeRules(zor_XMLContextGetParseRules(context)); }
 
 } // namespace
 
-DocumentRuleInfo::DocumentRuleInfo() : ImportRuleInfo(nullptr), cellsMade(0) {}
+DocumentRuleInfo::DocumentRuleInfo()
+    : ImportRuleInfo(nullptr), bytesMade(0), documents(0), keptRules(nullptr), keptOf(nullptr),
+      keptChanges(0) {}
+
+DocumentRuleInfo::~DocumentRuleInfo() { releaseRules(keptRules); }
 
 void zor_internal::resetDocumentRule(ZorElementParseRules* rules) {
-    removeNodeRules(rules);
-    infoOf(rules)->cellsMade = 0;
+    keepNodeRules(rules);
+    DocumentRuleInfo* const info = infoOf(rules);
+    releaseRules(std::exchange(info->keptRules, nullptr));
+    info->bytesMade = 0;
 }
 
 bool zor_internal::isDocumentRule(ZorElementParseRules const* rules) {

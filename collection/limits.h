@@ -6,9 +6,10 @@ class ZorSchema;
 
 namespace zor_internal {
 
-constexpr short kMaxDocuments = 32767; // of one schema: its count is 16 bits wide
-constexpr long kMaxCells = 16777216;   // of one document, and of all that one import makes
-constexpr int kMaxImportDepth = 16;    // imports within imports, the outermost included
+constexpr short kMaxDocuments = 32767;        // of one schema: its count is 16 bits wide
+constexpr long kMaxCells = 16777216;          // of one document
+constexpr long kMaxImportedBytes = 268435456; // of all documents that one import makes
+constexpr int kMaxImportDepth = 16;           // imports within imports, the outermost included
 
 constexpr int kMaxDepth = 256; // of collections and of branches, as far as they are imported
 

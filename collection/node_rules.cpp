@@ -18,6 +18,18 @@ ImportRuleInfo::ImportRuleInfo(ZorSchemaNode* node)
 
 ImportRuleInfo::~ImportRuleInfo() = default;
 
+NodeRuleInfo::NodeRuleInfo(ZorSchemaNode* node, DocumentRuleInfo const* document)
+    : ImportRuleInfo(node), documentInfo(document),
+      countedDocument(document ? document->documents : 0) {}
+
+void NodeRuleInfo::enterDocument() {
+    if (!documentInfo || documentInfo->documents == countedDocument) return;
+    countedDocument = documentInfo->documents;
+    currentParentIndex = 0;
+    occurrenceInParent = 0;
+    valueIndex = 0;
+}
+
 void deleteImportRuleInfo(void* info) { delete static_cast<ImportRuleInfo*>(info); }
 
 namespace {
@@ -61,13 +73,14 @@ void advance(ImportRuleInfo* info) {
 void nodeStart(ZORParseContext* context) {
     auto* const document = enclosing<ZorDocument>(context);
     if (!document) return;
-    ImportRuleInfo* const info = infoOf(context);
+    auto* const info = static_cast<NodeRuleInfo*>(infoOf(context));
     ZorSchemaNode const* const node = info->definitionNode;
     if (!node) {
         std::printf("ZorDocument %s elementInfo->definitionNode is null pid = %d\n",
                     document->getName(), static_cast<int>(getpid()));
         return;
     }
+    info->enterDocument();
     enterParent(info, infoOf(zor_XMLContextGetOuterContext(context))->valueIndex);
     if (!moveToAsked(context, info)) return;
     // Kept: equality only. An occurrence beyond the count goes on to whatever cell its number comes
@@ -95,35 +108,36 @@ void nodeBranchEnd(ZORParseContext* context) {
     if (published<ZorDocument>(context)) advance(infoOf(context));
 }
 
-std::unique_ptr<ZorElementParseRules> makeNodeRule(ZorSchemaNode* node) {
+std::unique_ptr<ZorElementParseRules> makeNodeRule(ZorSchemaNode* node,
+                                                   DocumentRuleInfo const* document) {
     bool const isData = node->isDataNode();
     auto rule = std::make_unique<ZorElementParseRules>(
         node->name, isData ? rawCharacterData : ignoreCharacterData, nodeStart,
         isData ? nodeDataEnd : nodeBranchEnd);
-    zor_XMLParseRulesSetElementUserData(rule.get(), new ImportRuleInfo(node), deleteImportRuleInfo);
+    zor_XMLParseRulesSetElementUserData(rule.get(), new NodeRuleInfo(node, document),
+                                        deleteImportRuleInfo);
     zor_XMLParseRulesAddAttribute(rule.get(), "occurrence");
-    if (!isData) addNodeRules(rule.get(), node);
+    if (!isData) addNodeRules(rule.get(), node, document);
     return rule;
 }
 
 } // namespace
 
-void zor_internal::addNodeRules(ZorElementParseRules* rules, ZorSchemaNode const* node) {
+void zor_internal::addNodeRules(ZorElementParseRules* rules, ZorSchemaNode const* node,
+                                DocumentRuleInfo const* document) {
     ZorListNode* last = nullptr;
     for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
         // Linked by hand: a new rule closes no cycle, and the end of the list is known.
-        std::unique_ptr<ZorElementParseRules> rule = makeNodeRule(child);
+        std::unique_ptr<ZorElementParseRules> rule = makeNodeRule(child, document);
         last = last ? zor_listAddNode(last, rule.get()) : zor_listMake(rule.get());
         if (!rules->innerRules) rules->innerRules = last;
         ++rule.release()->refCount;
     }
 }
 
-void zor_internal::removeNodeRules(ZorElementParseRules* rules) {
-    ZorListNode* const inner = rules->innerRules;
-    rules->innerRules = nullptr;
-    for (ZorListNode const* node = inner; node; node = node->next) {
+void zor_internal::releaseRules(ZorListNode* rules) {
+    for (ZorListNode const* node = rules; node; node = node->next) {
         zor_XMLParseRulesRemoveRef(static_cast<ZorElementParseRules*>(node->value));
     }
-    zor_listDelete(inner);
+    zor_listDelete(rules);
 }

@@ -6,6 +6,7 @@
 
 #include "foundation/immortal.h"
 #include "platform/lock_holder.h"
+#include "schema/tree_walk.h"
 
 using zor_internal::Immortal;
 
@@ -23,13 +24,6 @@ Semaphore& cacheLock() {
 
 // Before the static initialisers of any program that the library is linked into.
 [[gnu::constructor(zor_internal::kBeforeStaticInitialisers)]] void makeAtLoad() { cacheLock(); }
-
-// The node that follows in a walk over `top` and all below it, parents first; null at the end.
-ZorSchemaNode const* nextInTree(ZorSchemaNode const* node, ZorSchemaNode const* top) {
-    if (node->firstChild) return node->firstChild;
-    while (node != top && !node->next) node = node->parent;
-    return node == top ? nullptr : node->next;
-}
 
 } // namespace
 

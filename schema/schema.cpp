@@ -12,6 +12,7 @@
 #include "platform/lock_holder.h"
 #include "schema/document_count.h"
 #include "schema/name_cache.h"
+#include "schema/schema_changes.h"
 #include "zor/collection.h"
 
 using zor_internal::cacheChild;
@@ -64,10 +65,15 @@ int totalOf(short occurrences, int parentTotal) {
     return product < INT_MIN ? INT_MIN : static_cast<int>(product);
 }
 
+unsigned long changes = 0;
+
+void countChange() { __atomic_fetch_add(&changes, 1, __ATOMIC_RELAXED); }
+
 // Gives the node its place: its counts, its name in the cache, its links.
 ZorSchemaNode* attach(std::unique_ptr<ZorSchemaNode> made, ZorSchemaNode* parent,
                       short occurrences) {
     cacheChild(parent, made.get());
+    countChange();
     ZorSchemaNode* const node = made.release();
     node->occurrences = occurrences;
     node->totalOccurrences = totalOf(occurrences, parent->getTotalOccurrences());
@@ -89,11 +95,14 @@ bool isBelow(ZorSchemaNode const* node, ZorSchemaNode const* top) {
 }
 
 void destroyTree(ZorSchemaNode* rootNode) {
+    countChange();
     forgetTree(rootNode);
     delete rootNode;
 }
 
 } // namespace
+
+unsigned long zor_internal::schemaChanges() { return __atomic_load_n(&changes, __ATOMIC_RELAXED); }
 
 ZorSchema::ZorSchema(ZorCollection* owner, void const* name)
     : rootNode(new ZorSchemaNode(ZorSchemaNode::ROOT_NODE, name)), collection(owner),

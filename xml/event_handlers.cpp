@@ -72,7 +72,6 @@ void endElement(ZORParseContext*& current, char const* name) {
               "which we should _not_ be deleting!");
         return;
     }
-    if (ParseRun* const run = ParseRun::of(current->parser)) run->ruleSearches().close(current);
     // Kept: also after an error, although no start tag opened a context then.
     std::unique_ptr<ZORParseContext> const closed(current);
     current = closed->outerContext;

@@ -27,10 +27,9 @@ ZorElementParseRules* ruleAt(ZorListNode const* node) {
 
 ZorElementParseRules* findInnerRule(ZORParseContext const* outer, char const* name) {
     if (ParseRun* const run = ParseRun::of(outer->parser)) {
-        return run->ruleSearches().find(outer, name);
+        return run->ruleSearches().find(outer->parseRules, name);
     }
-    long walked = 0;
-    return findRule(outer->parseRules->innerRules, name, &walked);
+    return findRule(outer->parseRules, name);
 }
 
 int stringDiffers(void const* string, void const* text) {

@@ -5,40 +5,49 @@
 namespace zor_internal {
 namespace {
 
-// An index costs as much as some walks.
+// So many rules are walked over without noting it, and an index is made after so many steps more:
+// it costs as much as some walks.
+constexpr long kShortWalk = 32;
 constexpr long kLongWalk = 4096;
 
 ZorElementParseRules* ruleAt(ZorListNode const* node) {
     return static_cast<ZorElementParseRules*>(node->value);
 }
 
+bool isNamed(ZorListNode const* node, char const* name) {
+    return std::strcmp(ruleAt(node)->elementName->text, name) == 0;
+}
+
 } // namespace
 
-ZorElementParseRules* findRule(ZorListNode const* rules, char const* name, long* walked) {
-    for (ZorListNode const* node = rules; node; node = node->next, ++*walked) {
-        if (std::strcmp(ruleAt(node)->elementName->text, name) == 0) return ruleAt(node);
+ZorElementParseRules* findRule(ZorElementParseRules const* outer, char const* name) {
+    for (ZorListNode const* node = outer->innerRules; node; node = node->next) {
+        if (isNamed(node, name)) return ruleAt(node);
     }
     return nullptr;
 }
 
-ZorElementParseRules* RuleSearches::find(ZORParseContext const* innermost, char const* name) {
-    if (searches.empty() || searches.back().context != innermost) {
-        searches.push_back({innermost, 0, {}});
+ZorElementParseRules* RuleSearches::find(ZorElementParseRules const* outer, char const* name) {
+    ZorListNode const* node = outer->innerRules;
+    for (long i = 0; node && i < kShortWalk; ++i, node = node->next) {
+        if (isNamed(node, name)) return ruleAt(node);
     }
-    Search& search = searches.back();
-    ZorListNode const* const rules = innermost->parseRules->innerRules;
-    if (search.walked < kLongWalk) return findRule(rules, name, &search.walked);
+    if (!node) return nullptr;
+
+    Search& search = searches[outer];
+    if (search.walked < kLongWalk) {
+        for (; node; node = node->next, ++search.walked) {
+            if (isNamed(node, name)) return ruleAt(node);
+        }
+        return nullptr;
+    }
     if (search.index.empty()) {
-        for (ZorListNode const* node = rules; node; node = node->next) {
+        for (; node; node = node->next) {
             search.index.emplace(ruleAt(node)->elementName->text, ruleAt(node)); // the first stays
         }
     }
     auto const found = search.index.find(name);
     return found == search.index.end() ? nullptr : found->second;
-}
-
-void RuleSearches::close(ZORParseContext const* innermost) {
-    if (!searches.empty() && searches.back().context == innermost) searches.pop_back();
 }
 
 } // namespace zor_internal
