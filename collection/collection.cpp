@@ -297,8 +297,14 @@ void ZorCollection::deleteCollection(char const* collectionName) {
 
 void ZorCollection::deleteAllSchemas() {
     LockHolder const holder(lock);
+    std::set<ZorSchemaNode const*> roots;
+    forEachEntry(schemas, [&roots](ZorMapEntry const& entry) {
+        if (entry.value) roots.insert(static_cast<ZorSchema const*>(entry.value)->rootNode);
+    });
     std::vector<ZorSchema*> const objects = takeAll<ZorSchema>(schemas);
-    for (ZorSchema const* const schema : objects) deleteDocumentsOf(this, schema);
+    Removed<ZorDocument>().takeIf(documents, [&roots](ZorDocument const* document) {
+        return roots.count(document->rootNode) > 0;
+    });
     deleteEach(objects);
 }
 

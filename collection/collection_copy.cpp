@@ -6,12 +6,14 @@
 
 #include "collection/documents_of.h"
 #include "collection/limits.h"
+#include "foundation/map_entries.h"
 #include "foundation/string_ref.h"
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
 
 using zor_internal::deleteDocumentsOf;
 using zor_internal::LockHolder;
+using zor_internal::moveToEnd;
 using zor_internal::raiseError;
 using zor_internal::reasonAgainstDocument;
 using zor_internal::StringRef;
@@ -102,8 +104,10 @@ void ZorCollection::copySchema(char const* schemaName, ZorSchema* source) {
     StringRef const key(ZorString::create(schemaName, -1));
     std::unique_ptr<ZorSchema> const replaced(
         static_cast<ZorSchema*>(zor_mapGet(schemas, key.get())));
-    if (replaced) deleteDocumentsOf(this, replaced.get());
-    zor_mapRemove(schemas, key.get()); // so that the copy is listed as the newest
-    zor_mapSet(schemas, key.get(), copy.get());
+    if (replaced) {
+        deleteDocumentsOf(this, replaced.get());
+        moveToEnd(schemas, key.get()); // the copy is listed as the newest
+    }
+    zor_mapSet(schemas, key.get(), copy.get()); // fails only where there was none
     (void)copy.release();
 }

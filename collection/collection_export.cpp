@@ -40,6 +40,8 @@ std::string wrappedObject(ZorCollection const* collection, T* object) {
 
 // The schema of this collection that the document was made from, or null.
 ZorSchema* schemaOf(ZorCollection* collection, ZorDocument const* document) {
+    ZorSchema* const namesake = collection->getSchema(document->rootNode->name);
+    if (namesake && namesake->rootNode == document->rootNode) return namesake;
     ListRef const schemas(collection->getSchemas());
     for (ZorListNode const* node = schemas.first(); node; node = node->next) {
         auto* const schema = static_cast<ZorSchema*>(node->value);

@@ -3,11 +3,13 @@
 #include "collection/node_info.h"
 
 #include <memory>
+#include <string_view>
 
 #include "collection/definition_callbacks.h"
 #include "collection/import_callbacks.h"
 #include "collection/limits.h"
 #include "foundation/string_ref.h"
+#include "schema/name_cache.h"
 #include "types/number_text.h"
 
 using namespace zor_internal;
@@ -28,11 +30,29 @@ int depthOf(ZorSchemaNode const* node) {
     return depth;
 }
 
+// The node that a path of plain names leads to, or null: the cache knows each of them, where a
+// search would look at all siblings.
+ZorSchemaNode* findByNames(ZorSchemaNode* node, std::string_view path) {
+    while (node && !path.empty()) {
+        if (path.front() == '/') path.remove_prefix(1);
+        std::string_view const name = path.substr(0, path.find('/'));
+        if (name.empty() || name == "*") return nullptr;
+        node = cachedChild(node, name);
+        path.remove_prefix(name.size());
+    }
+    return node;
+}
+
+ZorSchemaNode* findParent(ZorSchemaNode* root, ZorString* path) {
+    ZorSchemaNode* const found = findByNames(root, path->text);
+    return found && found != root ? found : root->findSubNode(path);
+}
+
 // The node under which the element's node goes; null after reporting that it was not found.
 ZorSchemaNode* parentAskedFor(ZORParseContext const* context, ZorSchema const* schema) {
     ZorString* const path = zor_XMLContextGetAttribute(context, "parent");
     if (!path) return schema->rootNode;
-    ZorSchemaNode* const parent = schema->rootNode->findSubNode(path);
+    ZorSchemaNode* const parent = findParent(schema->rootNode, path);
     if (!parent) raiseDefinitionError(context, "Can't find specified parent node", path->text);
     if (!parent || depthOf(parent) < kMaxDepth) return parent;
     raiseImportError(context, incidentInvalidXml, "nested too deeply");

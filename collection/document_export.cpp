@@ -1,5 +1,6 @@
 // A document's changed values as XML.
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -19,8 +20,9 @@ using zor_internal::writeText;
 
 namespace {
 
-// The part of a schema that has cells. Branches without cells may repeat so often that walking over
-// their occurrences would take for ever, so they are left out beforehand.
+// The part of a schema that has changed values. Branches without cells may repeat so often that
+// walking over their occurrences would take for ever, and most of a document is as it was made, so
+// both are left out beforehand.
 //
 // Nodes stand in depth-first order, each before what is below it.
 class ExportPlan {
@@ -30,8 +32,10 @@ public:
         std::size_t end; // behind the last entry below the node
     };
 
-    // Plans what is below `top`.
-    explicit ExportPlan(ZorSchemaNode const* top) { addChildren(top); }
+    // Plans what is below `top`. REQUIRES: the caller holds the document's lock.
+    ExportPlan(ZorDocument* exported, ZorSchemaNode const* top) : document(exported) {
+        addChildren(top);
+    }
 
     std::size_t size() const { return entries.size(); }
     Entry const& operator[](std::size_t index) const { return entries[index]; }
@@ -43,13 +47,23 @@ private:
             std::size_t const index = entries.size();
             entries.push_back({child, 0});
             addChildren(child);
-            if (child->isDataNode() || entries.size() > index + 1)
+            if (child->isDataNode() ? isChanged(child) : entries.size() > index + 1)
                 entries[index].end = entries.size();
             else
                 entries.pop_back();
         }
     }
 
+    // Whether any of the node's values was changed.
+    bool isChanged(ZorSchemaNode* node) const {
+        ZorValueNode const* const first = document->getDataItem(node, 0, 0);
+        return first && std::any_of(first, first + node->getTotalOccurrences(),
+                                    [](ZorValueNode const& cell) {
+                                        return (cell.flags & ZorValueNode::changed) != 0;
+                                    });
+    }
+
+    ZorDocument* document;
     std::vector<Entry> entries;
 };
 
@@ -137,6 +151,6 @@ void ZorDocument::exportXML(ZorDataWriter* writer) {
 }
 
 bool ZorDocument::exportXML(ZorSchemaNode* node, long parentOccurrence, ZorDataWriter* writer) {
-    ExportPlan const plan(node);
+    ExportPlan const plan(this, node);
     return writeNodes(writer, this, plan, 0, plan.size(), parentOccurrence, nullptr);
 }

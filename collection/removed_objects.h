@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstring>
+#include <new>
+#include <set>
 
 #include "foundation/map_entries.h"
 #include "zor/collection.h"
@@ -15,8 +17,8 @@ inline ZorString* ownName(ZorDocument const* document) { return document->name; 
 inline ZorString* ownName(ZorCollection const* collection) { return collection->name; }
 
 // Objects that are removed from a map to be deleted: in the order of the map, and each once, even
-// one that was stored under two names. Nothing is allocated, so that nothing can fail half-way and
-// destructors may use it: the objects stay with their entries, which form a chain. Used once.
+// one that was stored under two names. Nothing can fail half-way, so that destructors may use it:
+// the objects stay with their entries, which form a chain. Used once.
 template <typename T>
 class Removed {
 public:
@@ -24,10 +26,10 @@ public:
     Removed(Removed const&) = delete;
     Removed& operator=(Removed const&) = delete;
     ~Removed() {
+        if (isAliased) forgetRepeated();
         while (ZorMapEntry* const entry = first) {
             first = entry->next;
             auto* const object = static_cast<T*>(entry->value);
-            if (isAliased) forget(object);
             freeEntry(entry);
             delete object;
         }
@@ -55,10 +57,25 @@ public:
     }
 
 private:
-    // Only a host stores an object under another name than its own: all others cost no search.
-    void forget(T const* object) {
-        for (ZorMapEntry* entry = first; entry; entry = entry->next) {
-            if (entry->value == object) entry->value = nullptr;
+    // Leaves every object in one entry, the first. Only one that is stored under another name than
+    // its own may be in several.
+    void forgetRepeated() {
+        try {
+            std::set<void const*> seen;
+            for (ZorMapEntry* entry = first; entry; entry = entry->next) {
+                if (!seen.insert(entry->value).second) entry->value = nullptr;
+            }
+        } catch (std::bad_alloc const&) {
+            forgetRepeatedSlowly();
+        }
+    }
+
+    // The same without memory, in the square of the time.
+    void forgetRepeatedSlowly() {
+        for (ZorMapEntry const* kept = first; kept; kept = kept->next) {
+            for (ZorMapEntry* entry = kept->next; entry; entry = entry->next) {
+                if (entry->value == kept->value) entry->value = nullptr;
+            }
         }
     }
 

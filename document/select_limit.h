@@ -22,13 +22,13 @@ public:
     // Counts one result, and one node or occurrence that was looked at. False when it is one too
     // many; then all further ones are.
     bool find() { return visit() && (++found <= results || extendFor(found, results)); }
-    bool visit() { return ++visited <= visits || extendFor(visited, visits); }
+    bool visit() { return !exceeded && (++visited <= visits || extendFor(visited, visits)); }
 
     bool isExceeded() const { return exceeded; }
 
 private:
     static constexpr std::int64_t kResults = 65536;
-    static constexpr std::int64_t kResultsPerCell = 16;
+    static constexpr std::int64_t kResultsPerCell = 4;
     static constexpr std::int64_t kVisits = 4194304;
     static constexpr std::int64_t kVisitsPerCell = 64;
 

@@ -51,6 +51,15 @@ private:
 
 } // namespace
 
+void zor_internal::moveToEnd(ZorMapEntry** map, ZorString const* key) {
+    ZorMapEntry** link = findLink(map, key->text);
+    ZorMapEntry* const entry = *link;
+    *link = entry->next;
+    entry->next = nullptr;
+    while (*link) link = &(*link)->next;
+    *link = entry;
+}
+
 ZorMapEntry** zor_mapMake() { return new ZorMapEntry*[kBucketCount](); }
 
 void zor_mapSet(ZorMapEntry** map, void const* key, void* value) {

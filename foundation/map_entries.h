@@ -21,4 +21,7 @@ void forEachEntry(ZorMapEntry** map, Visit visit) {
     }
 }
 
+// Makes the entry of the key, which there is, the newest of its bucket. Allocates nothing.
+void moveToEnd(ZorMapEntry** map, ZorString const* key);
+
 } // namespace zor_internal

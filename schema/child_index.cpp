@@ -26,6 +26,8 @@ void buildChildIndex(ZorSchemaNode* node) {
     std::size_t count = 0;
     for (ZorSchemaNode const* child = node->firstChild; child; child = child->next) ++count;
     if (count == 0) return;
+    // Children are only added, so an index of as many is complete.
+    if (node->sortedChildren && static_cast<std::size_t>(node->childCount) == count) return;
 
     delete[] node->sortedChildren;
     node->sortedChildren = nullptr;

@@ -10,9 +10,7 @@
 
 #include "foundation/list_builder.h"
 #include "incident/raise.h"
-#include "schema/name_cache.h"
 
-using zor_internal::cachedChild;
 using zor_internal::ListBuilder;
 using zor_internal::raiseError;
 
@@ -32,44 +30,37 @@ struct Segment {
     }
 };
 
-// The nodes that a path reached so far.
-//
-// Through "//" a node may be reached in several ways, and their number doubles with every step. Who
-// asks only whether it is none, one or more than one needs no node more than twice.
+// How many nodes a path may look at: behind "//" the ways to a node, and what is reached by them,
+// double with every step.
+constexpr long kMostVisits = 1048576;
+
+// The nodes that a step of a path reached.
 class Found {
 public:
-    explicit Found(bool eachAtMostTwice) : bounded(eachAtMostTwice) {}
+    // Counts in *visits what is looked at. Who asks only whether a path reaches no node, one or
+    // more than one needs none of them more than twice.
+    Found(bool eachAtMostTwice, long* visits) : bounded(eachAtMostTwice), visited(visits) {}
+
+    bool visit() { return ++*visited <= kMostVisits; }
 
     void append(ZorSchemaNode* node) {
-        if (isExceeded() || (bounded && ++timesFound[node] > 2)) return;
-        nodes.append(node);
-        ++count;
+        if (!bounded || ++timesFound[node] <= 2) nodes.append(node);
     }
 
     bool isEmpty() const { return !nodes.first(); }
-    bool isExceeded() const { return !bounded && count > kMostFound; }
     ZorListNode* first() const { return nodes.first(); }
     [[nodiscard]] ZorListNode* release() { return nodes.release(); }
 
 private:
-    static constexpr long kMostFound = 1048576;
-
     bool bounded;
+    long* visited;
     ListBuilder nodes;
-    long count = 0;
     std::map<ZorSchemaNode const*, int> timesFound;
 };
 
 void appendMatchingChildren(Found& found, ZorSchemaNode const* node, Segment segment) {
-    // Siblings differ in their names, so the name cache knows the one; but not of nodes that were
-    // linked by hand.
-    if (segment.length == 0) return;
-    if (!segment.isWildcard()) {
-        if (ZorSchemaNode* const child = cachedChild(node, {segment.text, segment.length})) {
-            return found.append(child);
-        }
-    }
-    for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
+    ZorSchemaNode* child = node->getFirstChildNode();
+    for (; child && found.visit(); child = child->next) {
         if (segment.matches(child)) found.append(child);
     }
 }
@@ -77,20 +68,25 @@ void appendMatchingChildren(Found& found, ZorSchemaNode const* node, Segment seg
 // Kept: behind "//" come children and grandchildren, and no deeper.
 void appendMatchingChildrenAndGrandchildren(Found& found, ZorSchemaNode const* node,
                                             Segment segment) {
-    for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
+    ZorSchemaNode* child = node->getFirstChildNode();
+    for (; child && found.visit(); child = child->next) {
         if (segment.matches(child)) found.append(child);
         appendMatchingChildren(found, child, segment);
     }
 }
 
-// The nodes that the path names below `start`; none when the path is malformed.
+// The nodes that the path names below `start`; none when the path is malformed, null after
+// reporting that it looks at too many.
 std::unique_ptr<Found> findNodes(ZorSchemaNode* start, char const* path, char const* end,
                                  bool eachAtMostTwice) {
-    auto current = std::make_unique<Found>(eachAtMostTwice);
+    char const* const begin = path;
+    long visits = 0;
+    auto current = std::make_unique<Found>(eachAtMostTwice, &visits);
     if (path == end) return current;
     current->append(start);
-    while (path < end && !current->isEmpty() && !current->isExceeded()) {
-        auto const previous = std::exchange(current, std::make_unique<Found>(eachAtMostTwice));
+    while (path < end && !current->isEmpty()) {
+        auto const previous =
+            std::exchange(current, std::make_unique<Found>(eachAtMostTwice, &visits));
         char const* const run = path;
         while (path < end && *path == '/') ++path;
         auto const slashes = path - run;
@@ -104,7 +100,10 @@ std::unique_ptr<Found> findNodes(ZorSchemaNode* start, char const* path, char co
             step(*current, nodeAt(at), segment);
         }
     }
-    return current;
+    if (visits <= kMostVisits) return current;
+    raiseError(nullptr, incidentInvalidArgument, "path (", std::string(begin, end).c_str(),
+               ") reaches too many nodes");
+    return nullptr;
 }
 
 } // namespace
@@ -114,11 +113,7 @@ void ZorSchemaNode::findSubNodes(ZorListNode** result, char const* path, int len
     char const* const end =
         path + (length < 0 ? std::strlen(path) : static_cast<std::size_t>(length));
     std::unique_ptr<Found> const found = findNodes(this, path, end, false);
-    if (found->isExceeded()) {
-        raiseError(nullptr, incidentInvalidArgument, "path (", std::string(path, end).c_str(),
-                   ") reaches too many nodes");
-        return;
-    }
+    if (!found) return;
     if (*result)
         zor_listJoin(*result, found->release());
     else
@@ -133,6 +128,7 @@ ZorSchemaNode* ZorSchemaNode::findSubNode(ZorString* path) {
     }
     std::unique_ptr<Found> const found =
         findNodes(this, path->text, path->text + path->length, true);
+    if (!found) return nullptr;
     ZorListNode const* const first = found->first();
     if (!first) {
         raiseError(nullptr, incidentInvalidArgument, "path (", path->text, ") not found");

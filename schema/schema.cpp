@@ -72,13 +72,13 @@ void countChange() { __atomic_fetch_add(&changes, 1, __ATOMIC_RELAXED); }
 // Gives the node its place: its counts, its name in the cache, its links.
 ZorSchemaNode* attach(std::unique_ptr<ZorSchemaNode> made, ZorSchemaNode* parent,
                       short occurrences) {
-    cacheChild(parent, made.get());
+    made->occurrences = occurrences;
+    made->totalOccurrences = totalOf(occurrences, parent->getTotalOccurrences());
+    made->parent = parent;
+    made->previous = parent->lastChild;
+    cacheChild(parent, made.get()); // where other threads find it
     countChange();
     ZorSchemaNode* const node = made.release();
-    node->occurrences = occurrences;
-    node->totalOccurrences = totalOf(occurrences, parent->getTotalOccurrences());
-    node->parent = parent;
-    node->previous = parent->lastChild;
     if (parent->lastChild)
         parent->lastChild->next = node;
     else

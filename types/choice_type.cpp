@@ -12,10 +12,12 @@
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
 #include "foundation/write_text.h"
+#include "types/value_holder.h"
 
 using zor_internal::ListBuilder;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
+using zor_internal::ValueHolder;
 using zor_internal::writeText;
 
 namespace {
@@ -76,14 +78,18 @@ void zor_choiceAddOption(ZorDataType* choice, void const* option) {
 ZorListNode* zor_internal::appendOption(ZorDataType* choice, ZorListNode* last,
                                         void const* option) {
     StringRef reference(stringOf(option));
-    ZorListNode* const added =
-        last ? zor_listAddNode(last, reference.get()) : zor_listMake(reference.get());
+    if (last) {
+        ZorListNode* const added = zor_listAddNode(last, reference.get());
+        (void)reference.release();
+        return added;
+    }
+    ValueHolder madeDefault(choice->freeValueFn, choice->fromStringFn(reference.text()));
+    ZorListNode* const first = zor_listMake(reference.get());
     (void)reference.release();
-    if (last) return added;
-    choice->userData = added;
-    choice->defaultValue = choice->fromStringFn(optionAt(added)->text);
+    choice->userData = first;
+    choice->defaultValue = madeDefault.release();
     choice->flags = static_cast<unsigned char>(choice->flags & ~ZorDataType::noDefault);
-    return added;
+    return first;
 }
 
 int zor_choiceEnumerate(ZorDataType* type, void (*callback)(int index, char const* text)) {

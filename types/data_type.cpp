@@ -4,10 +4,12 @@
 
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
+#include "types/value_holder.h"
 
 using zor_internal::stringOf;
 using zor_internal::StringRef;
 using zor_internal::textOf;
+using zor_internal::ValueHolder;
 
 ZorExtTypeFuncs::ZorExtTypeFuncs()
     : toInternal(nullptr), setInternal(nullptr), getExternal(nullptr), validate(nullptr),
@@ -32,26 +34,6 @@ ZorDataType::ZorDataType(void const* typeName, void const* defaultText, void* da
     }
     name = nameHolder.release();
 }
-
-namespace {
-
-// A value until it has an owner.
-class ValueHolder {
-public:
-    ValueHolder(ZorFreeValueFn freeValue, u_zorItemValue owned) : free(freeValue), value(owned) {}
-    ValueHolder(ValueHolder const&) = delete;
-    ValueHolder& operator=(ValueHolder const&) = delete;
-    ~ValueHolder() {
-        if (free) free(value);
-    }
-    void release() { free = nullptr; }
-
-private:
-    ZorFreeValueFn free;
-    u_zorItemValue value;
-};
-
-} // namespace
 
 ZorDataType::ZorDataType(ZorDataType* other)
     : name(nullptr), defaultValue(), validateFn(other->validateFn), compareFn(other->compareFn),

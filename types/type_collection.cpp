@@ -3,6 +3,7 @@
 #include "zor/types.h"
 
 #include <memory>
+#include <set>
 
 #include "foundation/list_ref.h"
 #include "platform/lock_holder.h"
@@ -21,11 +22,11 @@ RangeParams* paramsOf(ZorDataType* range) { return static_cast<RangeParams*>(ran
 
 // A range over a type of the same list goes on with that type's copy: the copies must not depend
 // on types that die with another set.
-void rebindToCopy(TypeTable const& copies, ZorListNode* sources, ZorDataType const* source) {
+void rebindToCopy(TypeTable const& copies, std::set<ZorDataType const*> const& sources,
+                  ZorDataType const* source) {
     ZorDataType* const copy = copies.find(source->name);
     ZorDataType* const base = zor_rangeBaseType(copy);
-    if (!base || !zor_listFindNode(sources, base, nullptr)) return;
-    paramsOf(copy)->baseType = copies.find(base->name);
+    if (base && sources.count(base) > 0) paramsOf(copy)->baseType = copies.find(base->name);
 }
 
 ZorString* unshared(ZorString* string) {
@@ -51,13 +52,15 @@ void unshareStrings(ZorDataType* copy) {
 // Copies of the types, of which it takes no ownership; of two with one name, of the first.
 ZorMapEntry** copiesOf(ZorListNode* sources) {
     TypeTable copies;
+    std::set<ZorDataType const*> sourceSet;
     for (ZorListNode const* node = sources; node; node = node->next) {
+        sourceSet.insert(typeAt(node));
         auto copy = std::make_unique<ZorDataType>(typeAt(node));
         unshareStrings(copy.get());
         copies.add(std::move(copy));
     }
     for (ZorListNode const* node = sources; node; node = node->next) {
-        rebindToCopy(copies, sources, typeAt(node));
+        rebindToCopy(copies, sourceSet, typeAt(node));
     }
     return copies.release();
 }

@@ -100,3 +100,17 @@ void zor_internal::onCharacterData(void* userData, char const* text, int length)
 void zor_internal::onEndElement(void* userData, char const* name) {
     guarded(userData, [=](ZORParseContext*& current) { endElement(current, name); });
 }
+
+// An attribute's default is added to every element, and the limit on what entities expand to does
+// not know of it: kilobytes would come to gigabytes.
+void zor_internal::onAttributeDeclaration(void* userData, char const*, char const*, char const*,
+                                          char const* defaultValue, int) {
+    ParseRun* const run = ParseRun::of(slotAt(userData)->parser);
+    if (defaultValue && run) run->refuse("defaults of attributes are not accepted");
+}
+
+// An entity that may be declared in a part that is not read: a text would lose it in silence.
+void zor_internal::onSkippedEntity(void* userData, char const*, int isParameterEntity) {
+    ParseRun* const run = ParseRun::of(slotAt(userData)->parser);
+    if (!isParameterEntity && run) run->refuse("undefined entity");
+}

@@ -41,6 +41,9 @@ void warn(ZORParseContext const* context, Pieces... pieces) {
     raise(context->parser->incidentContext, severityWarning, incidentXmlStructure, pieces...);
 }
 
+// Thousands of names, for each of thousands of elements, are of no use to anybody.
+constexpr std::size_t kLongList = 8192;
+
 // Kept: two incidents, and a third where there is an outer rule to name.
 void warnNotRecognised(ZORParseContext const* context, char const* name) {
     ZORParseContext const* const outer = context->outerContext;
@@ -48,6 +51,10 @@ void warnNotRecognised(ZORParseContext const* context, char const* name) {
 
     std::string text = std::string("Element is '") + name + "'. Possible valid elements are ";
     for (ZorListNode const* node = outer->parseRules->innerRules; node; node = node->next) {
+        if (text.size() > kLongList) {
+            text += "... ";
+            break;
+        }
         text.append("'").append(ruleAt(node)->elementName->text).append("' ");
     }
     text.append(". outerContext->currentElement->elementName = '");

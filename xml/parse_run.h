@@ -39,6 +39,15 @@ public:
 
     RuleSearches& ruleSearches() { return searches; }
 
+    // Stops the parser for a reason of ours.
+    void refuse(char const* reason) {
+        refusal = reason;
+        stop();
+    }
+
+    // The reason why the parser stopped; null when it is none of ours.
+    char const* reason() const { return refusal; }
+
     // Throws on what a handler threw, if any did.
     void rethrow() const {
         if (failure) std::rethrow_exception(failure);
@@ -50,6 +59,7 @@ private:
 
     ZorXmlParser* parser;
     bool temporary;
+    char const* refusal = nullptr;
     std::exception_ptr failure;
     RuleSearches searches;
 };

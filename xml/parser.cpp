@@ -25,6 +25,8 @@ XML_Parser makeExpat(ZORParseContext** currentContext) {
     XML_SetUserData(expat, currentContext);
     XML_SetElementHandler(expat, zor_internal::onStartElement, zor_internal::onEndElement);
     XML_SetCharacterDataHandler(expat, zor_internal::onCharacterData);
+    XML_SetAttlistDeclHandler(expat, zor_internal::onAttributeDeclaration);
+    XML_SetSkippedEntityHandler(expat, zor_internal::onSkippedEntity);
     return expat;
 }
 
@@ -84,7 +86,9 @@ void ZorXmlParser::parse(char const* text, int length, int isFinal) {
     ParseRun const run(this);
     if (feed(expatParser, text, size, isFinal)) return;
     run.rethrow();
-    raiseError(incidentContext, incidentInvalidXml, XML_ErrorString(XML_GetErrorCode(expatParser)));
+    char const* const reason = run.reason();
+    raiseError(incidentContext, incidentInvalidXml,
+               reason ? reason : XML_ErrorString(XML_GetErrorCode(expatParser)));
 }
 
 void zor_internal::releaseInput(ZorXmlParser* parser) {

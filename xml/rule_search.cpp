@@ -41,10 +41,10 @@ ZorElementParseRules* RuleSearches::find(ZorElementParseRules const* outer, char
         }
         return nullptr;
     }
-    if (search.index.empty()) {
-        for (; node; node = node->next) {
-            search.index.emplace(ruleAt(node)->elementName->text, ruleAt(node)); // the first stays
-        }
+    if (search.lastIndexed) node = search.lastIndexed->next; // rules that came since
+    for (; node; node = node->next) {
+        search.index.emplace(ruleAt(node)->elementName->text, ruleAt(node)); // the first stays
+        search.lastIndexed = node;
     }
     auto const found = search.index.find(name);
     return found == search.index.end() ? nullptr : found->second;

@@ -28,6 +28,7 @@ public:
 private:
     struct Search {
         long walked = 0;
+        ZorListNode const* lastIndexed = nullptr;
         std::unordered_map<std::string_view, ZorElementParseRules*> index;
     };
 

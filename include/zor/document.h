@@ -110,13 +110,13 @@ public:
 
     // The nodes and occurrences that the path (a ZorString or plain text) reaches, in the order
     // they are found; empty when there are none. A path that finds more than 65536 results in a
-    // step and more than 16 for every cell of the document, or looks at more than 4194304 nodes and
+    // step and more than 4 for every cell of the document, or looks at more than 4194304 nodes and
     // at more than 64 for every cell, selects nothing, and "path (P) reaches too many nodes" is
     // raised (severity 3, type 2). New reference: the caller deletes it.
     ZorResultSet* select(void const* path);
 
-    // Applies one step to every entry of `context` and appends what it reaches to `result`.
-    // Non-zero when there was any. For `select`.
+    // Applies one step to every entry of `context` and appends what it reaches to `result`, nothing
+    // when that is more than `select` allows. Non-zero when there was any. For `select`.
     // REQUIRES: the caller holds the lock; `context` is not finalized.
     int findNode(ZorResultSet* result, ZorResultSet* context, int stepIndex, XPathStep* steps,
                  int stepCount);

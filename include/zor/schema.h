@@ -104,14 +104,15 @@ public:
 
     // The one node that `path` names below this one; null for null. Null with an incident
     // (severity 3, type 2) when the path is empty ("xpath must not be empty"), names nothing
-    // ("path (P) not found") or more than one node ("path (P) is ambiguous"). Borrowed.
+    // ("path (P) not found") or more than one node ("path (P) is ambiguous"), or looks at more than
+    // 1048576 ("path (P) reaches too many nodes"). Borrowed.
     ZorSchemaNode* findSubNode(ZorString* path);
     // Appends every node that the path names to *result, a list of ZorSchemaNode* that may be null
     // still; `length` -1 means up to the NUL. Names are separated by "/"; "*" stands for every
     // name; "//" reaches children and grandchildren. A node reached twice is listed twice. A
     // leading "/" changes nothing; a trailing one, three slashes in a row, unknown names and null
-    // find nothing. Neither does a path by which more than 1048576 nodes are reached in one step,
-    // which raises "path (P) reaches too many nodes" (severity 3, type 2).
+    // find nothing. Neither does a path that looks at more than 1048576 nodes, which raises "path
+    // (P) reaches too many nodes" (severity 3, type 2).
     void findSubNodes(ZorListNode** result, char const* path, int length);
 
     e_nodeType type;

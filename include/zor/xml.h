@@ -138,11 +138,14 @@ public:
     ZorXmlParser& operator=(ZorXmlParser const&) = delete;
     virtual ~ZorXmlParser();
 
-    // Parses one piece of input; `length` -1 means up to the NUL, `isFinal` non-zero marks the
-    // last piece. Every incident on the parser's context carries "zor_XMLParse: line L, column C "
-    // (lines count from 1, columns from 0). What expat refuses is an error of type 1 in expat's
-    // words; until `reset` the parser then refuses every further piece, too. The result is read
-    // from the incident context.
+    // Parses one piece of input; `length` -1 means up to the NUL, a lower one none, and `isFinal`
+    // non-zero marks the last piece. Every incident on the parser's context carries "zor_XMLParse:
+    // line L, column C " (lines count from 1, columns from 0). What expat refuses is an error of
+    // type 1 in expat's words; until `reset` the parser then refuses every further piece, too. So
+    // are "defaults of attributes are not accepted" and "undefined entity", for one that may be
+    // declared in a part that is not read. The result is read from the incident context; a parser
+    // without one forgets at the end of each piece that the last incident was an error. What a
+    // callback throws, and std::bad_alloc, reaches the caller, and the input is over.
     void parse(char const* text, int length, int isFinal);
 
     // Makes the parser ready for a new input: releases what an unfinished one left open, and sets
