@@ -179,6 +179,20 @@ TEST_F(Zorctl, GetWithPathsTellsNoValueFromTheEmptyText) {
               "display/idleText[2] = \n");
 }
 
+// A path may select branches, too, which have no value to print or set.
+TEST_F(Zorctl, BranchesHaveNoValue) {
+    write("d.xml", "<c><schema name='s'><item name='i' type='int' default='1'/><branch name='b'/>"
+                   "</schema><document name='d' schema='s'/></c>");
+    EXPECT_EQ(run("get d.xml d '*'").out, "1\n");
+    Outcome const nothing = run("get d.xml d b");
+    EXPECT_EQ(nothing.status, 0);
+    EXPECT_EQ(nothing.out + nothing.err, "");
+    Outcome const set = run("set d.xml d b 1 -o out.xml");
+    EXPECT_EQ(set.status, 1);
+    EXPECT_EQ(set.err, "zorctl: error: setStringNodeValue: node is not a data node\n");
+    EXPECT_FALSE(std::filesystem::exists(directory / "out.xml"));
+}
+
 TEST_F(Zorctl, WhatIsNotThereIsAnError) {
     Outcome const document = runPhone("get", "nobody network/ipv4/address");
     EXPECT_EQ(document.status, 1);
@@ -317,6 +331,26 @@ TEST_F(Zorctl, OutputThatCannotBeWrittenIsAnError) {
     Outcome const outcome = runPhone("export", "-o missing/out.xml");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.err, "zorctl: error: File: \"missing/out.xml\" cannot be written\n");
+    Outcome const full = runPhone("export", "-o /dev/full");
+    EXPECT_EQ(full.status, 1);
+    EXPECT_EQ(full.err, "zorctl: error: File: \"/dev/full\" cannot be written\n");
+}
+
+// A file that cannot be replaced stays as it is: here there is no room in its name for that of the
+// file that would take its place.
+TEST_F(Zorctl, AFileThatCannotBeReplacedStays) {
+    std::string const name(250, 'n');
+    write(name.c_str(), "<old/>");
+    Outcome const outcome = runPhone("export", "-o " + name);
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "zorctl: error: File: \"" + name + "\" cannot be written\n");
+    EXPECT_EQ(contentOf(directory / name), "<old/>");
+}
+
+// Set reports what its path does not find, before it writes anything.
+TEST_F(Zorctl, SetOfNothingWritesNothing) {
+    EXPECT_EQ(runPhone("set", "phone1 nothing 1 -o out.xml").status, 1);
+    EXPECT_FALSE(std::filesystem::exists(directory / "out.xml"));
 }
 
 TEST_F(Zorctl, HelpAndVersionSucceed) {
