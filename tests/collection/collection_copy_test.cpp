@@ -4,6 +4,7 @@
 
 #include "tests/collection/objects.h"
 #include "tests/support/incidents.h"
+#include "tests/types/call_log.h"
 #include "zor/collection.h"
 
 namespace {
@@ -233,6 +234,35 @@ TEST_F(CopyDocument, OntoADifferentLayoutChangesNothing) {
         EXPECT_EQ(store.getDocument("phone1"), there) << differing.difference;
         EXPECT_EQ(phone->documentCount(), 0) << differing.difference;
     }
+}
+
+// Values move only between types whose functions for values are the same ones.
+TEST_F(CopyDocument, NeedsTypesOfTheSameFunctions) {
+    using Change = void (*)(ZorDataType * type);
+    Change const changes[] = {
+        [](ZorDataType*) {},
+        [](ZorDataType* t) { t->fromStringFn = [](auto text) { return probe::fromString(text); }; },
+        [](ZorDataType* t) { t->copyValueFn = [](auto value) { return probe::copyValue(value); }; },
+        [](ZorDataType* t) { t->freeValueFn = [](auto value) { probe::freeValue(value); }; },
+        [](ZorDataType* t) {
+            t->setFromStringFn = [](auto value, auto text) { probe::setFromString(value, text); };
+        },
+        [](ZorDataType* t) { t->toStringFn = [](auto value) { return probe::toString(value); }; },
+    };
+    ZorDocument* source = nullptr; // of the first, which is as it was made
+    std::list<ZorCollection> collections;
+    for (Change const change : changes) {
+        ZorDataType* const type = makeProbe("probe", "5", nullptr, nullptr, nullptr);
+        change(type);
+        ZorCollection& other = collections.emplace_back("cfg");
+        other.makeSchema("phone")->addDataType(type);
+        addItem(other.getSchema("phone"), "", "volume", 1, "probe", "5");
+        if (!source) source = other.makeDocument("phone", "phone1");
+        other.copyDocument("phone2", source);
+    }
+    EXPECT_EQ(valuesAt(collections.front().getDocument("phone2"), "volume"), "5");
+    std::string const incident = "3 ZorCollection::copyDocument{Schema (phone) does not match}\n";
+    EXPECT_EQ(log.take(), incident + incident + incident + incident + incident);
 }
 
 TEST_F(CopySchema, HasTheSameTreeAndTypes) {

@@ -299,6 +299,8 @@ TEST_F(DocumentExport, WritesTheChildrenOfOneOccurrence) {
     EXPECT_FALSE(document->exportXML(lamp, 0, &writer));
     EXPECT_FALSE(document->exportXML(lamp, 1, &writer));
     EXPECT_FALSE(document->exportXML(lamp, 3, &writer));
+    EXPECT_FALSE(document->exportXML(lamp, 4, &writer)); // there is none
+    EXPECT_FALSE(document->exportXML(lamp, -1, &writer));
     EXPECT_FALSE(document->exportXML(line, 0, &writer));
     EXPECT_FALSE(document->exportXML(colour, 0, &writer));
     EXPECT_EQ(writer.getValue(), "");

@@ -285,6 +285,17 @@ TEST_F(SchemaExport, WritesOneNode) {
     schema->lock.give();
 }
 
+// A node that hangs on no schema names its parents as far as they go.
+TEST_F(SchemaExport, WritesALooseNode) {
+    ZorSchemaNode net(ZorSchemaNode::BRANCH_NODE, "net");
+    ZorSchemaNode port(ZorSchemaNode::DATA_NODE, "port");
+    port.dataType = ZorBuiltIn::getDataType("uint");
+    port.flags = ZorSchemaNode::noDefault;
+    port.parent = &net;
+    EXPECT_EQ(written([&](ZorDataWriter* writer) { schema->exportSchemaNode(writer, &port); }),
+              "<item name=\"port\" type=\"uint\" parent=\"/net\"></item>");
+}
+
 TEST_F(SchemaExport, AppendsToTheWriter) {
     ZorStringWriter writer;
     writer.writeData("before ", -1);

@@ -138,6 +138,22 @@ TEST_F(Document, ReachesACellOnlyByADataNodeOfItsOwnAndAnOccurrenceThatExists) {
     EXPECT_EQ(document.getDataItem(other["c"], 0, 0), nullptr);
 }
 
+// A data node that is linked into the tree beside a document has no cell in it.
+TEST_F(Document, ReachesNoCellByANodeLinkedByHand) {
+    Store store("a:int");
+    ZorSchemaNode linked(ZorSchemaNode::DATA_NODE, "b");
+    linked.parent = store.shape.root();
+    linked.dataType = ZorBuiltIn::getDataType("int");
+    linked.flags = ZorSchemaNode::noDefault;
+    linked.occurrences = 1;
+    linked.totalOccurrences = 1;
+    linked.valueIndex = -1;
+    EXPECT_EQ(store.document.getDataItem(&linked, 0, 0), nullptr);
+    EXPECT_EQ(store.document.getStringNodeValue(&linked, 0), nullptr);
+    EXPECT_EQ(store.document.setStringNodeValue(&linked, 0, "7"), 0);
+    EXPECT_EQ(log.take(), "3 setStringNodeValue: occurrence is out of range\n");
+}
+
 TEST_F(Document, WhatHasNoCellIsNotChanged) {
     Store store("a*2{b:int} c:int");
     Store other("c:int");

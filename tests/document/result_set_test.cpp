@@ -83,6 +83,20 @@ TEST_F(ResultSet, ReckonsTheFlatOccurrence) {
     EXPECT_EQ(describe(set), "[1]@0 [1]@7 a[4]@39 c[2]@3 a[9]@2147483647 ");
 }
 
+// What no long holds, or what lies below 0, is no cell's either.
+TEST_F(ResultSet, AFlatOccurrenceBeyondEveryNumberIsTheLargest) {
+    ZorSchemaNode* const once = store.shape.root();
+    ZorResultSet set(&store.document);
+    set.addResult(LONG_MAX, store["a"], 0); // the product
+    set.addResult(LONG_MAX, once, 1);       // the sum
+    set.addResult(LONG_MAX, once, 0);
+    set.addResult(-1, once, 0);
+    set.finalize();
+    for (unsigned i = 0; i < set.count; ++i) {
+        EXPECT_EQ(set.results[i]->flat, INT_MAX) << "result " << i;
+    }
+}
+
 TEST_F(ResultSet, FinalizingTurnsTheListIntoAnArray) {
     for (int const count : {0, 1, 2, 9}) {
         auto const set = some("a", count);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
+#include <new>
 #include <random>
 #include <type_traits>
 
@@ -163,6 +165,16 @@ TEST(StringWriter, DoublesUntilTheTextFits) {
         inTwo.writeData(text.c_str() + 1, 0);
         expectWriter(inTwo, "x" + text.substr(1), c.capacity);
     }
+}
+
+// What would be longer than an int can say is refused as a block that cannot be had, before any of
+// it is read.
+TEST(StringWriter, RefusesMoreThanAnIntCanSay) {
+    ZorStringWriter writer;
+    writer.writeData("ab", 2);
+    EXPECT_THROW(writer.writeData("x", INT_MAX - 2), std::bad_alloc);
+    EXPECT_THROW(writer.writeData("x", INT_MAX), std::bad_alloc);
+    expectWriter(writer, "ab", 1024);
 }
 
 TEST(StringWriter, FreesItsBlock) {

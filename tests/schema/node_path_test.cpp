@@ -159,6 +159,9 @@ TEST_F(NodePath, FindsTheOneNode) {
 TEST_F(NodePath, ANullPathFindsNothingSilently) {
     Shape const shape("a:int");
     EXPECT_EQ(shape.root()->findSubNode(nullptr), nullptr);
+    ZorListNode* list = nullptr;
+    shape.root()->findSubNodes(&list, nullptr, -1);
+    EXPECT_EQ(list, nullptr);
 }
 
 TEST_F(NodePath, ReportsWhyThereIsNotOneNode) {

@@ -273,6 +273,20 @@ TEST_F(ValueLayout, NodesBelowNonPositiveOccurrencesTouchNoCell) {
     EXPECT_EQ(shape["g"]->valueIndex, 0);
 }
 
+// Nodes that hang on no schema are counted and filled all the same; one without a type has no
+// default.
+TEST_F(ValueLayout, LooseNodesHaveCellsToo) {
+    ZorSchemaNode item(ZorSchemaNode::DATA_NODE, "item");
+    item.occurrences = 2;
+    item.valueIndex = -1;
+    EXPECT_EQ(item.countRequiredValueNodes(), 2);
+    ZorValueNode cells[2] = {};
+    EXPECT_EQ(item.makeValueNodes(cells, 7, 1), 2);
+    EXPECT_EQ(item.valueIndex, 7);
+    EXPECT_EQ(cells[0].flags, kNoValue);
+    EXPECT_EQ(cells[1].flags, kNoValue);
+}
+
 TEST_F(ValueLayout, ATreeWithoutDataNodesTouchesNoCell) {
     Shape const shape("a*3{} b{c{}}");
     EXPECT_EQ(shape.root()->makeValueNodes(nullptr, 0, 1), 0);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/allocations.h"
@@ -10,6 +11,7 @@
 #include "tests/support/text.h"
 #include "tests/types/call_log.h"
 #include "tests/types/range.h"
+#include "types/range_params.h"
 #include "zor/types.h"
 
 namespace {
@@ -195,6 +197,25 @@ TEST(Range, CopiesBoundsGivenAsTexts) {
 }
 
 // A bound whose first byte is 0xFF is text, not a string object.
+// Who takes a bound out leaves null, which is released by nobody.
+TEST(Range, ReleasesTheBoundsThatAreThere) {
+    Text const low("the lower bound, longer than a local buffer");
+    Text const high("the upper bound, longer than a local buffer");
+    {
+        RangeParams params(builtIn("string"), static_cast<ZorString*>(low),
+                           static_cast<ZorString*>(high));
+        EXPECT_EQ(static_cast<ZorString*>(low)->refCount, 2);
+        std::exchange(params.minValue, nullptr)->removeRef();
+        RangeParams other(builtIn("string"), static_cast<ZorString*>(low),
+                          static_cast<ZorString*>(high));
+        std::exchange(other.maxValue, nullptr)->removeRef();
+        EXPECT_EQ(static_cast<ZorString*>(low)->refCount, 2);
+        EXPECT_EQ(static_cast<ZorString*>(high)->refCount, 2);
+    }
+    EXPECT_EQ(static_cast<ZorString*>(low)->refCount, 1);
+    EXPECT_EQ(static_cast<ZorString*>(high)->refCount, 1);
+}
+
 TEST(Range, BoundsMayBeginWithTheMarkerByte) {
     Text const min("\xFF");
     Text const max("\xFF\x05");

@@ -59,6 +59,17 @@ TEST(EventHandlers, CallbacksFollowTheElements) {
     EXPECT_EQ(parser.calls(), "<top><box><pen></pen><pen></pen></box><pen></pen></top>");
 }
 
+// The handlers themselves ask for no incident context, nor for a parse that is running.
+TEST(EventHandlers, ServeAParserWithoutIncidentContext) {
+    RuleParser parser;
+    parser.parser.incidentContext = nullptr;
+    open(parser, "top");
+    deliver(parser, "text", 2);
+    close(parser, "top");
+    EXPECT_EQ(parser.calls(), "<top></top>");
+    EXPECT_EQ(parser.log.take(), "");
+}
+
 TEST(EventHandlers, StartCallbackSeesItsContextAsTheCurrentOneWithoutText) {
     RuleParser parser;
     parser.allow(new ZorElementParseRules("box", rawCharacterData, observe, nullptr));

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <memory>
 #include <string>
 
@@ -92,6 +93,14 @@ TEST(Parser, LengthBoundsTheText) {
     parser.parser.parse("<top/>\n<top/>", 6, 1);
     EXPECT_EQ(parser.log.take(), "");
     EXPECT_EQ(parser.calls(), "<top></top>");
+}
+
+TEST(Parser, LengthBelowMinusOneIsAnEmptyPiece) {
+    RuleParser parser;
+    parser.parser.parse("<top/>", -2, 0);
+    parser.parser.parse("<top/>", INT_MIN, 1);
+    EXPECT_EQ(parser.log.take(), incidentAt(3, 1, 0, "no element found"));
+    EXPECT_EQ(parser.calls(), "");
 }
 
 TEST(Parser, NullTextIsAnEmptyPiece) {
