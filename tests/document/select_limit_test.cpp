@@ -1,0 +1,84 @@
+// How much a select may find and look at.
+
+#include "document/select_limit.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/document/store.h"
+#include "tests/support/incidents.h"
+
+using zor_internal::SelectLimit;
+
+namespace {
+
+constexpr long kResults = 65536; // of one step
+constexpr long kVisits = 4194304;
+
+// How often `count` may be called before it refuses.
+template <typename Count>
+long callsOf(Count count) {
+    long calls = 0;
+    while (count()) ++calls;
+    return calls;
+}
+
+// Branches "b" that each have an item "i" behind that many branches without anything.
+std::string wide(int occurrences, int emptyBranches) {
+    std::string text = "b*" + std::to_string(occurrences) + "{";
+    for (int i = 0; i < emptyBranches; ++i) text += "e" + std::to_string(i) + "{} ";
+    return text + "i:int}";
+}
+
+class WideSelect : public testing::Test {
+protected:
+    IncidentLog log;
+};
+
+} // namespace
+
+TEST(SelectLimit, GrowsWithTheCells) {
+    for (long const cells : {0L, 1000L}) {
+        Shape const shape("a*" + std::to_string(cells) + ":int");
+        SelectLimit found(shape.root());
+        EXPECT_EQ(callsOf([&] { return found.find(); }), kResults + 16 * cells);
+        EXPECT_TRUE(found.isExceeded());
+        SelectLimit visited(shape.root());
+        EXPECT_EQ(callsOf([&] { return visited.visit(); }), kVisits + 64 * cells);
+        EXPECT_TRUE(visited.isExceeded());
+    }
+}
+
+// Results are counted for each step, visits for all steps together, and a result is a visit, too.
+TEST(SelectLimit, CountsVisitsOfAllSteps) {
+    Shape const shape("");
+    SelectLimit limit(shape.root());
+    for (int step = 0; step < kVisits / kResults; ++step) {
+        limit.startStep();
+        long found = 0;
+        while (found < kResults && limit.find()) ++found;
+        ASSERT_EQ(found, kResults) << "in step " << step;
+    }
+    limit.startStep();
+    EXPECT_FALSE(limit.isExceeded());
+    EXPECT_FALSE(limit.find());
+    EXPECT_TRUE(limit.isExceeded());
+}
+
+// Few results, but so much to look at for them that the select is given up in the middle.
+TEST_F(WideSelect, LookingAtTooMuchIsRefused) {
+    Store store(wide(32767, 400));
+    for (std::string const path : {"//i", "b//i"}) {
+        EXPECT_EQ(store.select(path.c_str()), "") << path;
+        EXPECT_EQ(log.take(), "3 path (" + path + ") reaches too many nodes\n");
+    }
+}
+
+// The same with fewer branches to look at.
+TEST_F(WideSelect, LookingAtAsMuchAsIsAllowedIsNot) {
+    Store store(wide(1000, 400));
+    for (char const* const path : {"//i", "b//i"}) {
+        std::unique_ptr<ZorResultSet> const results(store.document.select(path));
+        EXPECT_EQ(results->getResultCount(), 1000U) << path;
+    }
+    EXPECT_EQ(log.take(), "");
+}
