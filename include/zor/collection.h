@@ -135,9 +135,10 @@ public:
     // called while an import runs, by its dictionary; of 16 imports within each other, the next one
     // is refused with "schema definitions are nested too deeply" (no context, severity 3, type 2).
     // Collections and branches nested more than 256 deep are refused with "nested too deeply"
-    // (severity 3, type 1), documents that would have more than 16777216 values together with those
-    // that the import made before with "documents of one import have too many values" (no context,
-    // severity 3, type 2). What callbacks of the host throw, and std::bad_alloc, reaches the
+    // (severity 3, type 1), and documents that would take more than 268435456 bytes together with
+    // those that the import made before with "documents of one import have too many values" (no
+    // context, severity 3, type 2): 16 bytes for a value, and 64 and the text for a default that is
+    // no number. What callbacks of the host throw, and std::bad_alloc, reaches the
     // caller; what was imported until then stays.
     void importXML(char const* text);
     // The same for a file, path as a ZorString or plain text. It is read in pieces of 4096 bytes,

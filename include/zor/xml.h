@@ -131,8 +131,8 @@ class ZOR_API ZorXmlParser {
 public:
     // A parser with the definition-language rules of `collection`. `incidents` may be null and is
     // not owned.
-    // REQUIRES: `collection` outlives every parse; what elements that are still open refer to (the
-    // document, its schema) is not deleted between two pieces of an input.
+    // REQUIRES: `collection` outlives every parse; what an input made or named (documents, their
+    // schemas) is not deleted before `reset` or the end of the parser.
     ZorXmlParser(ZorCollection* collection, ZorIncidentContext* incidents);
     ZorXmlParser(ZorXmlParser const&) = delete;
     ZorXmlParser& operator=(ZorXmlParser const&) = delete;

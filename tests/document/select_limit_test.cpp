@@ -40,7 +40,7 @@ TEST(SelectLimit, GrowsWithTheCells) {
     for (long const cells : {0L, 1000L}) {
         Shape const shape("a*" + std::to_string(cells) + ":int");
         SelectLimit found(shape.root());
-        EXPECT_EQ(callsOf([&] { return found.find(); }), kResults + 16 * cells);
+        EXPECT_EQ(callsOf([&] { return found.find(); }), kResults + 4 * cells);
         EXPECT_TRUE(found.isExceeded());
         SelectLimit visited(shape.root());
         EXPECT_EQ(callsOf([&] { return visited.visit(); }), kVisits + 64 * cells);

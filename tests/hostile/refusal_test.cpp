@@ -1,5 +1,6 @@
 // What is refused because a few bytes of it would come to very much, or be lost in silence.
 
+#include <expat.h>
 #include <gtest/gtest.h>
 #include <time.h>
 
@@ -58,6 +59,25 @@ TEST_F(Refusal, NotOfOtherDeclarations) {
                      "<!ENTITY e 's'>]><phone><schema name='&e;'/></phone>"),
               "");
     EXPECT_NE(collection.getSchema("s"), nullptr);
+}
+
+// A parameter entity may stand for a part of the file that is not read; that is no loss.
+TEST_F(Refusal, NotOfParameterEntities) {
+    EXPECT_EQ(import("<!DOCTYPE phone [<!ENTITY % part SYSTEM 'none'> %part;]><phone>"
+                     "<schema name='s'/></phone>"),
+              "");
+    EXPECT_NE(collection.getSchema("s"), nullptr);
+}
+
+// A host that gives a text to the XML parser itself gets what that makes of it.
+TEST_F(Refusal, NotOutsideOfAParse) {
+    ZorXmlParser parser(&collection, nullptr);
+    std::string const text =
+        "<!DOCTYPE phone SYSTEM 'none.dtd' [<!ATTLIST phone a CDATA 'b'>]><phone>"
+        "&foo;</phone>";
+    EXPECT_EQ(XML_Parse(parser.expatParser, text.data(), static_cast<int>(text.size()), 1),
+              XML_STATUS_OK);
+    EXPECT_EQ(log.take(), "2 attribute not valid in this context (a)\n");
 }
 
 // It may be declared in a part of the file that is not read.
@@ -143,6 +163,11 @@ TEST_F(Refusal, NotOfDocumentsOfSchemasInTurn) {
                      "<document name='5' schema='s'><a>5</a></document></phone>"),
               "");
     EXPECT_EQ(valuesAt(collection.getDocument("4"), "itemValue"), "4");
+    // A schema that comes between makes no difference, either.
+    EXPECT_EQ(import("<phone><document name='1' schema='s'><a>1</a></document>"
+                     "<schema name='u'><item name='c' type='int'/></schema>"
+                     "<document name='5' schema='s'><a>5</a></document></phone>"),
+              "");
     for (char const* const name : {"1", "3", "5"}) {
         EXPECT_EQ(valuesAt(collection.getDocument(name), "a"), name);
     }
