@@ -29,6 +29,9 @@ public:
     // A broken input is not continued: it would repeat its complaint for every further piece.
     bool isBroken() const { return XML_GetErrorCode(parser.expatParser) != XML_ERROR_NONE; }
 
+    // The library itself stopped expat, which has no complaint then.
+    bool isRefused() const { return XML_GetErrorCode(parser.expatParser) == XML_ERROR_ABORTED; }
+
     void parse(std::string const& piece, bool isFinal) {
         if (isBroken()) return;
         pieces.push_back(piece);
@@ -39,6 +42,7 @@ public:
     // Those of the import, without expat's complaint.
     std::string incidents() {
         std::string text = log.take();
+        if (isRefused()) return text;
         std::string const complaint = complaintOfExpat(pieces, ended);
         check(complaint.empty() != isBroken(), "an input is broken when expat says so");
         if (text.size() < complaint.size()) check(false, "expat's complaint is an incident");

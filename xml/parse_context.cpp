@@ -50,8 +50,9 @@ void warnNotRecognised(ZORParseContext const* context, char const* name) {
     warn(context, "element not recognised in this context <", name, ">");
 
     std::string text = std::string("Element is '") + name + "'. Possible valid elements are ";
+    std::size_t const longest = text.size() + kLongList;
     for (ZorListNode const* node = outer->parseRules->innerRules; node; node = node->next) {
-        if (text.size() > kLongList) {
+        if (text.size() > longest) {
             text += "... ";
             break;
         }
