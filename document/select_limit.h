@@ -21,8 +21,16 @@ public:
 
     // Counts one result, and one node or occurrence that was looked at. False when it is one too
     // many; then all further ones are.
-    bool find() { return visit() && (++found <= results || extendFor(found, results)); }
-    bool visit() { return !exceeded && (++visited <= visits || extendFor(visited, visits)); }
+    bool find() {
+        if (!visit()) return false;
+        if (++found > results) extend();
+        return found <= results || giveUp();
+    }
+    bool visit() {
+        if (exceeded) return false;
+        if (++visited > visits) extend();
+        return visited <= visits || giveUp();
+    }
 
     bool isExceeded() const { return exceeded; }
 
@@ -32,15 +40,18 @@ private:
     static constexpr std::int64_t kVisits = 4194304;
     static constexpr std::int64_t kVisitsPerCell = 64;
 
-    bool extendFor(std::int64_t count, std::int64_t const& limit) {
-        if (!extended) {
-            extended = true;
-            std::int64_t const cells = rootNode->countRequiredValueNodes();
-            results += kResultsPerCell * cells;
-            visits += kVisitsPerCell * cells;
-        }
-        if (count > limit) exceeded = true;
-        return !exceeded;
+    // Counts the cells, which takes a walk over the schema, only when there is much to find.
+    void extend() {
+        if (extended) return;
+        extended = true;
+        std::int64_t const cells = rootNode->countRequiredValueNodes();
+        results += kResultsPerCell * cells;
+        visits += kVisitsPerCell * cells;
+    }
+
+    bool giveUp() {
+        exceeded = true;
+        return false;
     }
 
     ZorSchemaNode* rootNode;

@@ -1,8 +1,9 @@
 // ZorString: storage, copy-on-write mutation and reference counts.
 //
 // What is shared is never changed: a mutator called on a string with other holders goes on with a
-// private copy. Everything that may fail to allocate happens before the caller's reference is
-// given up, so that this stays right; a string of its own may have lost its text then.
+// private copy. What may fail to allocate comes before the caller's reference is given up, so that
+// the caller still has it when memory runs out. The text of a string that nobody shares may be
+// changed in part then.
 
 #include "zor/string.h"
 
@@ -207,8 +208,7 @@ ZorString* ZorString::set(int count, char const* chars, int size, ...) {
     ZorString* const last = target.commit();
     if (result == last) return result;
     last->removeRef();
-    (void)(result == successor.get() ? successor.release() : nullptr);
-    return result;
+    return result == successor.get() ? successor.release() : result;
 }
 
 ZorString* ZorString::trim() {
