@@ -19,7 +19,7 @@
 namespace {
 
 constexpr int kOperations = 150;
-constexpr long kSeeds = kThreadSanitizer ? 5 : 50; // in each group; one thread has no races
+constexpr long kSeeds = kThreadSanitizer ? 10 : 100; // in each group; one thread has no races
 
 // The operation that runs, for the case that it ends the process.
 volatile std::sig_atomic_t currentSeed = 0;
