@@ -15,9 +15,6 @@
 #include "types/value_holder.h"
 
 using zor_internal::ListBuilder;
-using zor_internal::stringOf;
-using zor_internal::StringRef;
-using zor_internal::ValueHolder;
 using zor_internal::writeText;
 
 namespace {
