@@ -252,6 +252,9 @@ TEST_F(CollectionDelete, RemovesEntriesWithoutObjects) {
     EXPECT_EQ(store.getCollections(), nullptr);
     store.deleteAllCollections();
     EXPECT_NE(store.makeCollection("key"), nullptr);
+    store.setSchema(nullptr, "key");
+    store.deleteAllSchemas();
+    EXPECT_EQ(store.getSchemas(), nullptr);
 }
 
 // What a setter replaces is dropped from the map without being deleted.

@@ -337,11 +337,17 @@ TEST_F(DocumentExport, HoldsTheDocumentsLock) {
 
 TEST_F(DocumentExport, PassesOverNodesWithoutCells) {
     item(root, "none", 0);
-    item(branch(root, "minus", -3), "a", 5);
+    ZorSchemaNode* const minus = branch(root, "minus", -3);
+    item(minus, "a", 5);
     item(root, "b", 1);
     ZorDocument* const document = makeDocument();
     setAt(document, "b", "x");
     EXPECT_EQ(body(document), "<b>x</b>");
+    ZorStringWriter writer;
+    document->lock.take(-1);
+    EXPECT_FALSE(document->exportXML(minus, 0, &writer)); // what is asked for by itself
+    document->lock.give();
+    EXPECT_EQ(writer.getValue(), "");
 }
 
 // Branches without values, however often they repeat, cost no time.

@@ -336,3 +336,29 @@ TEST(NodeImport, RuleWithoutNodeIsDiagnosed) {
                   std::to_string(getpid()) + "\n");
     EXPECT_EQ(valuesOf(document), "a=(null)");
 }
+
+// Rules that hang on no document rule serve a host's own element, once.
+TEST(NodeImport, RulesOfNoDocumentElement) {
+    RuleParser parser;
+    ZorSchema* const schema = parser.collection.makeSchema("s");
+    schema->makeDataNode(schema->getRootNode(), "a", 3, schema->getDataType("string"), nullptr);
+    ZorDocument* const document = parser.collection.makeDocument("s", "phone1");
+    zor_internal::addNodeRules(parser.top(), schema->getRootNode());
+    zor_XMLParseRulesSetElementUserData(parser.top(), new ImportRuleInfo(nullptr),
+                                        deleteImportRuleInfo);
+    EXPECT_EQ(parser.feed("<top>"), "");
+    zor_XMLContextSetUserData(parser.parser.currentContext, document);
+    EXPECT_EQ(parser.feed("<a>x</a><a occurrence='3'>z</a></top>", true), "");
+    EXPECT_EQ(valuesOf(document), "a=x*|(null)|z*");
+}
+
+// A host that gives a text to the XML parser itself fills documents all the same.
+TEST(NodeImport, DocumentsAreFilledOutsideOfAParse) {
+    RuleParser parser;
+    std::string const text = "<phone><schema name='s'><item name='a' type='int'/></schema>"
+                             "<document name='d' schema='s'><a>7</a></document></phone>";
+    EXPECT_EQ(XML_Parse(parser.parser.expatParser, text.data(), static_cast<int>(text.size()), 1),
+              XML_STATUS_OK);
+    EXPECT_EQ(parser.log.take(), "");
+    EXPECT_EQ(valuesOf(parser.collection.getDocument("d")), "a=7*");
+}

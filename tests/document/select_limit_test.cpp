@@ -64,6 +64,17 @@ TEST(SelectLimit, CountsVisitsOfAllSteps) {
     EXPECT_TRUE(limit.isExceeded());
 }
 
+// What was given up stays given up, whatever is counted next.
+TEST(SelectLimit, StaysExceeded) {
+    Shape const shape("");
+    SelectLimit limit(shape.root());
+    callsOf([&] { return limit.find(); });
+    limit.startStep();
+    EXPECT_FALSE(limit.find());
+    EXPECT_FALSE(limit.visit());
+    EXPECT_TRUE(limit.isExceeded());
+}
+
 // Few results, but so much to look at for them that the select is given up in the middle.
 TEST_F(WideSelect, LookingAtTooMuchIsRefused) {
     Store store(wide(32767, 400));

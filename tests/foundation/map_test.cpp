@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "foundation/map_entries.h"
 #include "tests/foundation/dull_hash.h"
 #include "tests/foundation/strings.h"
 #include "tests/support/allocations.h"
@@ -326,6 +327,24 @@ TEST(Map, DeleteFreesAllButTheValues) {
     EXPECT_EQ(*value, 7);
     delete value;
     key->removeRef();
+}
+
+// The entry keeps its value, the others their order.
+TEST(Map, AnEntryMovesToTheEndOfItsBucket) {
+    std::string keys[3];
+    for (int i = 0; i < 3; ++i) keys[i] = keyInBucket(7, i);
+    struct {
+        int moved;
+        char const* values;
+    } const cases[] = {{0, "bca"}, {1, "acb"}, {2, "abc"}};
+    for (auto const& [moved, values] : cases) {
+        Map map;
+        for (int i = 0; i < 3; ++i) map.set(keys[i], static_cast<char>('a' + i));
+        Text const key(keys[moved]);
+        zor_internal::moveToEnd(map.get(), key);
+        EXPECT_EQ(map.values(), values) << moved;
+        EXPECT_EQ(map.get(keys[moved]), 'a' + moved);
+    }
 }
 
 // Many random operations agree with a list of pairs that is searched from its start.

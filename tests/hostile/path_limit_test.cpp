@@ -111,6 +111,15 @@ TEST_F(PathLimit, ANodeIsFoundAmongWaysWithoutEnd) {
     EXPECT_LT(peak.count(), kMegabyte);
 }
 
+// But not where there is too much to look at.
+TEST_F(PathLimit, ANodeAmongTooManyIsRefused) {
+    nested(1200, 1);
+    std::string path;
+    for (int i = 0; i < 1100; ++i) path += "//*";
+    EXPECT_EQ(find(path), nullptr);
+    EXPECT_EQ(log.take(), refused(path));
+}
+
 TEST_F(PathLimit, AListOfNodesWithoutEndIsRefused) {
     nested(200, 1);
     std::string path;

@@ -7,10 +7,13 @@
 #include <string>
 
 #include "tests/xml/rule_calls.h"
+#include "xml/parse_run.h"
 
 using zor_internal::onCharacterData;
 using zor_internal::onEndElement;
+using zor_internal::onSkippedEntity;
 using zor_internal::onStartElement;
+using zor_internal::ParseRun;
 
 namespace {
 
@@ -68,6 +71,16 @@ TEST(EventHandlers, ServeAParserWithoutIncidentContext) {
     close(parser, "top");
     EXPECT_EQ(parser.calls(), "<top></top>");
     EXPECT_EQ(parser.log.take(), "");
+}
+
+// Of a skipped entity only text is lost, which a parameter entity has none of.
+TEST(EventHandlers, SkippedParameterEntityStopsNothing) {
+    RuleParser parser;
+    ParseRun const run(&parser.parser);
+    onSkippedEntity(&parser.parser.currentContext, "part", 1);
+    EXPECT_EQ(run.reason(), nullptr);
+    onSkippedEntity(&parser.parser.currentContext, "text", 0);
+    EXPECT_STREQ(run.reason(), "undefined entity");
 }
 
 TEST(EventHandlers, StartCallbackSeesItsContextAsTheCurrentOneWithoutText) {
