@@ -39,6 +39,13 @@ Taken timed(Semaphore& semaphore, int timeout) {
     return {result, std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count()};
 }
 
+// Of the second that it is by the clock on the wall.
+int millisecondsLeft() {
+    using std::chrono::milliseconds;
+    auto const now = std::chrono::system_clock::now().time_since_epoch();
+    return 1000 - static_cast<int>(std::chrono::duration_cast<milliseconds>(now).count() % 1000);
+}
+
 std::atomic<int> signalsCaught{0};
 
 // A signal whose handler interrupts system calls, for as long as this lives.
@@ -155,6 +162,17 @@ TEST(Semaphore, WaitsThatManyMilliseconds) {
     }
     EXPECT_EQ(semaphore.give(), 1);
     EXPECT_EQ(semaphore.take(0), 1); // a wait in vain took nothing
+}
+
+// The end of the wait may lie in another second than its beginning.
+TEST(Semaphore, WaitsAcrossTheEndOfASecond) {
+    Semaphore semaphore(0, 1, false);
+    while (millisecondsLeft() > 500) sleepFor(10);
+    int const timeout = millisecondsLeft() + 100;
+    Taken const waited = timed(semaphore, timeout);
+    EXPECT_EQ(waited.result, 0);
+    EXPECT_GE(waited.milliseconds, timeout - 1);
+    EXPECT_LT(waited.milliseconds, timeout + 5000);
 }
 
 TEST(Semaphore, WakesAWaiterWhenAUnitIsGiven) {
