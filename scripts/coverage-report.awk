@@ -9,7 +9,7 @@ BEGIN {
 
 # A row of the document's table: | `file` | `source line` | `part` or `condition` is ... | reason |
 FNR == NR {
-    if (!/^\| `/) next
+    if (!/^\| `[^`]*` \| `/) next
     line = $0
     gsub(/\\\|/, "\001", line)
     if (split(line, cell, / \| /) != 4) next
