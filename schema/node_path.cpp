@@ -22,9 +22,8 @@ struct Segment {
     char const* text;
     std::size_t length;
 
-    bool isWildcard() const { return length == 1 && *text == '*'; }
     bool matches(ZorSchemaNode const* node) const {
-        if (isWildcard()) return true;
+        if (length == 1 && *text == '*') return true;
         return length > 0 && node->name->length == length &&
                std::memcmp(node->name->text, text, length) == 0;
     }
