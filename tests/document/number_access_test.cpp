@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cstdint>
 
 #include "tests/document/store.h"
 #include "tests/support/incidents.h"
@@ -254,9 +255,11 @@ TEST_F(NumberAccess, RefusesANumberThatTheTypeRefuses) {
 TEST_F(NumberAccess, RefusesNumbersBeyond32Bits) {
     if (sizeof(long) == 4) GTEST_SKIP() << "no such numbers here";
     Store store("i:int u:uint b:bool a:ip_address m:ip_mask");
-    unsigned long const tooLarge = 2UL * 2147483648UL;
+    unsigned long const tooLarge = static_cast<unsigned long>(UINT64_C(1) << 32);
     for (char const* const path : {"i", "b"}) {
-        for (long const number : {long(INT_MAX) + 1, long(INT_MIN) - 1, LONG_MAX, LONG_MIN}) {
+        for (std::int64_t const wide :
+             {INT_MAX + INT64_C(1), INT_MIN - INT64_C(1), INT64_MAX, INT64_MIN}) {
+            long const number = static_cast<long>(wide);
             EXPECT_EQ(store.document.setIntNodeValue(store[path], 0, number), 0);
             EXPECT_EQ(log.take(), "3 setIntNodeValue: value is not valid\n") << path << number;
         }

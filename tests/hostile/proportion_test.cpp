@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <memory>
 #include <string>
 
@@ -61,8 +62,9 @@ TEST_F(Proportion, CountlessValuesAreRefused) {
                   errorAt(2, 0, "problem resolving document and schema name"));
     EXPECT_EQ(collection.getDocument("d"), nullptr);
 
-    // The schema is there, and the collection works.
-    EXPECT_EQ(collection.getSchema("s")->getRootNode()->countRequiredValueNodes(), 35181150961663);
+    // The schema is there, and the collection works. The count ends where a long does.
+    long const count = sizeof(long) == 4 ? std::numeric_limits<long>::max() : 35181150961663;
+    EXPECT_EQ(collection.getSchema("s")->getRootNode()->countRequiredValueNodes(), count);
     ZorCollection again("phone");
     again.copySchema("s", collection.getSchema("s"));
     EXPECT_EQ(again.exportAll(), collection.exportAll());

@@ -35,8 +35,8 @@ struct Taken {
 Taken timed(Semaphore& semaphore, int timeout) {
     auto const start = Clock::now();
     int const result = semaphore.take(timeout);
-    auto const elapsed = Clock::now() - start;
-    return {result, std::chrono::duration_cast<std::chrono::milliseconds>(elapsed).count()};
+    using Milliseconds = std::chrono::duration<long, std::milli>;
+    return {result, std::chrono::duration_cast<Milliseconds>(Clock::now() - start).count()};
 }
 
 // Of the second that it is by the clock on the wall.

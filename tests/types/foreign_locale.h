@@ -13,6 +13,7 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -56,10 +57,20 @@ private:
         // -c: go on although other categories are missing, which the exit status tells.
         std::string command = "cd '";
         command += pattern;
-        command += "' && localedef -c -f ./charmap -i ./source ./foreign >output 2>&1";
+        command += "' && localedef -c ";
+        command +=
+            isBigEndian() ? "--big-endian" : "--little-endian"; // it may be another machine's
+        command += " -f ./charmap -i ./source ./foreign >output 2>&1";
         if (std::system(command.c_str()) == -1) return;
         setenv("LOCPATH", pattern.c_str(), 1);
         std::setlocale(LC_ALL, "foreign");
+    }
+
+    static bool isBigEndian() {
+        unsigned const one = 1;
+        unsigned char first;
+        std::memcpy(&first, &one, 1);
+        return first == 0;
     }
 
     static void writeCharacters(std::filesystem::path const& path) {
