@@ -21,6 +21,7 @@ add_test(NAME Package.ServesStaticObjectsOfAStaticLink COMMAND static_lifetime_s
 
 set(nested_options
   -DCMAKE_CXX_COMPILER=${CMAKE_CXX_COMPILER}
+  -DCMAKE_TOOLCHAIN_FILE=${CMAKE_TOOLCHAIN_FILE}
   -DCMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER}
   -DCMAKE_BUILD_TYPE=${CMAKE_BUILD_TYPE}
   "-DCMAKE_CXX_FLAGS=${CMAKE_CXX_FLAGS}")
@@ -43,14 +44,19 @@ endfunction()
 
 function(add_output_test name fixture program expected)
   add_test(NAME Package.${name}
-    COMMAND "${CMAKE_COMMAND}" "-DPROGRAM=${program}"
+    COMMAND "${CMAKE_COMMAND}" "-DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}" "-DPROGRAM=${program}"
       "-DEXPECTED=${CMAKE_CURRENT_SOURCE_DIR}/package/${expected}"
       -P "${CMAKE_CURRENT_SOURCE_DIR}/package/compare_output.cmake")
   set_tests_properties(Package.${name} PROPERTIES FIXTURES_REQUIRED ${fixture})
 endfunction()
 
+# A toolchain file looks for packages only where its own are.
+set(find_installed "-DCMAKE_PREFIX_PATH=${prefix}")
+if(CMAKE_CROSSCOMPILING)
+  set(find_installed "-Dzor_DIR=${prefix}/${CMAKE_INSTALL_LIBDIR}/cmake/zor")
+endif()
 add_build_test(IsFoundByTheEmbedExample "${PROJECT_SOURCE_DIR}/examples/embed" embed
-  "-DCMAKE_PREFIX_PATH=${prefix}")
+  "${find_installed}")
 set_tests_properties(Package.IsFoundByTheEmbedExample PROPERTIES FIXTURES_REQUIRED installed)
 add_output_test(EmbedExampleWorks embed "${CMAKE_CURRENT_BINARY_DIR}/embed/embed" embed.expected)
 
@@ -64,7 +70,8 @@ if(ZOR_BUILD_TOOLS)
   file(CONFIGURE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/zorctl_version.expected"
     CONTENT "zorctl ${PROJECT_VERSION}\n")
   add_test(NAME Package.InstalledProgramRuns
-    COMMAND "${CMAKE_COMMAND}" "-DPROGRAM=${prefix}/${CMAKE_INSTALL_BINDIR}/zorctl"
+    COMMAND "${CMAKE_COMMAND}" "-DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}"
+      "-DPROGRAM=${prefix}/${CMAKE_INSTALL_BINDIR}/zorctl"
       -DARGUMENT=--version "-DEXPECTED=${CMAKE_CURRENT_BINARY_DIR}/zorctl_version.expected"
       -P "${CMAKE_CURRENT_SOURCE_DIR}/package/compare_output.cmake")
   set_tests_properties(Package.InstalledProgramRuns PROPERTIES FIXTURES_REQUIRED installed)

@@ -29,5 +29,6 @@ file(CONFIGURE OUTPUT "${readme_expected}" CONTENT "${readme_output}" @ONLY)
 add_executable(readme_example "${readme_source}")
 target_link_libraries(readme_example PRIVATE zor::zor zor_warnings)
 add_test(NAME Readme.ExamplePrintsWhatItSays
-  COMMAND "${CMAKE_COMMAND}" "-DPROGRAM=$<TARGET_FILE:readme_example>"
+  COMMAND "${CMAKE_COMMAND}" "-DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}"
+    "-DPROGRAM=$<TARGET_FILE:readme_example>"
     "-DEXPECTED=${readme_expected}" -P "${CMAKE_CURRENT_SOURCE_DIR}/package/compare_output.cmake")
