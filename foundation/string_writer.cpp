@@ -5,7 +5,10 @@
 #include <climits>
 #include <cstdint>
 #include <cstring>
-#include <new>
+
+#include "foundation/out_of_memory.h"
+
+using zor_internal::reportOutOfMemory;
 
 namespace {
 
@@ -32,7 +35,7 @@ void ZorStringWriter::writeData(char const* data, int length) {
         std::int64_t newCapacity = capacity;
         while (newCapacity < needed) newCapacity *= 2;
         if (newCapacity > kLargestCapacity) newCapacity = kLargestCapacity;
-        if (newCapacity < needed) throw std::bad_alloc(); // as any block that cannot be had
+        if (newCapacity < needed) reportOutOfMemory();
         char* const block = new char[static_cast<std::size_t>(newCapacity)];
         std::memcpy(block, begin, static_cast<std::size_t>(used));
         if (begin != localBuffer) outgrown = begin;

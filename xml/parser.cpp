@@ -4,9 +4,9 @@
 
 #include <cstring>
 #include <memory>
-#include <new>
 
 #include "collection/leftovers.h"
+#include "foundation/out_of_memory.h"
 #include "incident/raise.h"
 #include "xml/event_handlers.h"
 #include "xml/parse_run.h"
@@ -16,12 +16,13 @@
 
 using zor_internal::ParseRun;
 using zor_internal::raiseError;
+using zor_internal::reportOutOfMemory;
 
 namespace {
 
 XML_Parser makeExpat(ZORParseContext** currentContext) {
     XML_Parser const expat = XML_ParserCreate(nullptr);
-    if (!expat) throw std::bad_alloc();
+    if (!expat) reportOutOfMemory();
     XML_SetUserData(expat, currentContext);
     XML_SetElementHandler(expat, zor_internal::onStartElement, zor_internal::onEndElement);
     XML_SetCharacterDataHandler(expat, zor_internal::onCharacterData);
