@@ -14,6 +14,7 @@
 #include "foundation/map_entries.h"
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
+#include "foundation/unfinished.h"
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
 
@@ -30,6 +31,7 @@ using zor_internal::Removed;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
 using zor_internal::textOf;
+using zor_internal::Unfinished;
 
 namespace {
 
@@ -146,18 +148,15 @@ ZorCollection::ZorCollection(void const* collectionName) : ZorCollection(collect
 ZorCollection::ZorCollection(void const* collectionName, ZorDictionary* schemaDictionary)
     : lock(1, 1, false), dictionary(schemaDictionary), defaultSchema(nullptr), schemas(nullptr),
       documents(nullptr), collections(nullptr), name(nullptr), parseDepth(0) {
-    try {
-        name = stringOf(collectionName);
-        schemas = zor_mapMake();
-        documents = zor_mapMake();
-        collections = zor_mapMake();
-        defaultSchema = makeSchema(kDefaultSchemaName);
-        defaultSchema->makeDataNode(defaultSchema->rootNode, "itemValue", 1,
-                                    defaultSchema->getDataType("string"), "");
-    } catch (...) {
-        destroyContents(this); // as the destructor, which does not run then
-        throw;
-    }
+    Unfinished<ZorCollection> contents(this, destroyContents);
+    name = stringOf(collectionName);
+    schemas = zor_mapMake();
+    documents = zor_mapMake();
+    collections = zor_mapMake();
+    defaultSchema = makeSchema(kDefaultSchemaName);
+    defaultSchema->makeDataNode(defaultSchema->rootNode, "itemValue", 1,
+                                defaultSchema->getDataType("string"), "");
+    contents.finish();
     LockHolder const holder(lock);
     countLiveCollections(1);
 }

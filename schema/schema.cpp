@@ -8,6 +8,7 @@
 
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
+#include "foundation/unfinished.h"
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
 #include "schema/document_count.h"
@@ -24,6 +25,7 @@ using zor_internal::raiseError;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
 using zor_internal::textOf;
+using zor_internal::Unfinished;
 
 namespace {
 
@@ -111,12 +113,9 @@ ZorSchema::ZorSchema(ZorCollection* owner, void const* name)
 ZorSchema::ZorSchema(ZorSchema const& other, ZorCollection const& owner)
     : ZorDataTypeCollection(other.getDataTypes()), rootNode(new ZorSchemaNode(*other.rootNode)),
       collection(const_cast<ZorCollection*>(&owner)), lock(1, 1, false) {
-    try {
-        copySchemaNode(other.rootNode, rootNode);
-    } catch (...) {
-        destroyTree(rootNode); // as the destructor, which does not run then
-        throw;
-    }
+    Unfinished<ZorSchemaNode> tree(rootNode, destroyTree);
+    copySchemaNode(other.rootNode, rootNode);
+    tree.finish();
 }
 
 ZorSchema::~ZorSchema() { destroyTree(rootNode); }

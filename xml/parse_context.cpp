@@ -7,6 +7,7 @@
 
 #include "foundation/map_entries.h"
 #include "foundation/string_ref.h"
+#include "foundation/unfinished.h"
 #include "incident/raise.h"
 #include "xml/parse_run.h"
 #include "zor/string.h"
@@ -18,6 +19,7 @@ using zor_internal::ParseRun;
 using zor_internal::raise;
 using zor_internal::raiseTooLong;
 using zor_internal::StringRef;
+using zor_internal::Unfinished;
 
 namespace {
 
@@ -137,14 +139,11 @@ ZORParseContext::ZORParseContext(ZORParseContext* outer, char const* name,
         warnNotRecognised(this, name);
         return;
     }
-    try {
-        if (storeAttributes(this, name, elementAttributes)) return;
-    } catch (...) {
-        releaseAttributes(this); // as the destructor, which does not run then
-        throw;
-    }
-    releaseAttributes(this);
-    disregard(this);
+    Unfinished<ZORParseContext> stored(this, releaseAttributes);
+    if (storeAttributes(this, name, elementAttributes))
+        stored.finish();
+    else
+        disregard(this);
 }
 
 ZORParseContext::~ZORParseContext() {
