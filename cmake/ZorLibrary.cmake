@@ -58,6 +58,7 @@ add_library(zor_objects OBJECT
   collection/node_info.cpp
   collection/node_rules.cpp
   collection/range_info.cpp
+  collection/removed_objects.cpp
   collection/schema_export.cpp)
 target_include_directories(zor_objects PUBLIC
   "${PROJECT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}")

@@ -3,8 +3,6 @@
 #pragma once
 
 #include <cstring>
-#include <new>
-#include <set>
 
 #include "foundation/map_entries.h"
 #include "zor/collection.h"
@@ -16,6 +14,9 @@ inline ZorString* ownName(ZorSchema const* schema) { return schema->rootNode->na
 inline ZorString* ownName(ZorDocument const* document) { return document->name; }
 inline ZorString* ownName(ZorCollection const* collection) { return collection->name; }
 
+// Leaves every object of a chain of entries in one of them, the first. Cannot fail.
+void forgetRepeated(ZorMapEntry* first);
+
 // Objects that are removed from a map to be deleted: in the order of the map, and each once, even
 // one that was stored under two names. Nothing can fail half-way, so that destructors may use it:
 // the objects stay with their entries, which form a chain. Used once.
@@ -26,7 +27,7 @@ public:
     Removed(Removed const&) = delete;
     Removed& operator=(Removed const&) = delete;
     ~Removed() {
-        if (isAliased) forgetRepeated();
+        if (isAliased) forgetRepeated(first);
         while (ZorMapEntry* const entry = first) {
             first = entry->next;
             auto* const object = static_cast<T*>(entry->value);
@@ -57,30 +58,9 @@ public:
     }
 
 private:
-    // Leaves every object in one entry, the first. Only one that is stored under another name than
-    // its own may be in several.
-    void forgetRepeated() {
-        try {
-            std::set<void const*> seen;
-            for (ZorMapEntry* entry = first; entry; entry = entry->next) {
-                if (!seen.insert(entry->value).second) entry->value = nullptr;
-            }
-        } catch (std::bad_alloc const&) {
-            forgetRepeatedSlowly();
-        }
-    }
-
-    // The same without memory, in the square of the time.
-    void forgetRepeatedSlowly() {
-        for (ZorMapEntry const* kept = first; kept; kept = kept->next) {
-            for (ZorMapEntry* entry = kept->next; entry; entry = entry->next) {
-                if (entry->value == kept->value) entry->value = nullptr;
-            }
-        }
-    }
-
     ZorMapEntry* first = nullptr;
-    bool isAliased = false;
+    bool isAliased =
+        false; // one is stored under another name than its own, perhaps also under both
 };
 
 } // namespace zor_internal
