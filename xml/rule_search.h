@@ -6,8 +6,8 @@
 
 #pragma once
 
+#include <map>
 #include <string_view>
-#include <unordered_map>
 
 #include "zor/xml.h"
 
@@ -29,10 +29,10 @@ private:
     struct Search {
         long walked = 0;
         ZorListNode const* lastIndexed = nullptr;
-        std::unordered_map<std::string_view, ZorElementParseRules*> index;
+        std::map<std::string_view, ZorElementParseRules*> index;
     };
 
-    std::unordered_map<ZorElementParseRules const*, Search> searches;
+    std::map<ZorElementParseRules const*, Search> searches;
 };
 
 } // namespace zor_internal
