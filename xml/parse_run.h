@@ -6,8 +6,7 @@
 
 #pragma once
 
-#include <exception>
-
+#include "xml/kept_exception.h"
 #include "xml/rule_search.h"
 #include "zor/xml.h"
 
@@ -28,13 +27,7 @@ public:
     // Calls `handle`, unless a handler has thrown before.
     template <typename Handle>
     void guard(Handle handle) {
-        if (failure) return;
-        try {
-            handle();
-        } catch (...) {
-            failure = std::current_exception();
-            stop();
-        }
+        if (!failure.isThere() && !failure.keepFrom(handle)) stop();
     }
 
     RuleSearches& ruleSearches() { return searches; }
@@ -49,9 +42,7 @@ public:
     char const* reason() const { return refusal; }
 
     // Throws on what a handler threw, if any did.
-    void rethrow() const {
-        if (failure) std::rethrow_exception(failure);
-    }
+    void rethrow() const { failure.rethrow(); }
 
 private:
     static void renderPosition(std::string& out, void* run);
@@ -60,7 +51,7 @@ private:
     ZorXmlParser* parser;
     bool temporary;
     char const* refusal = nullptr;
-    std::exception_ptr failure;
+    KeptException failure;
     RuleSearches searches;
 };
 

@@ -1,5 +1,6 @@
 # What surrounds the library: its headers, its symbols, its installation and its options.
 
+include(package/flags.cmake)
 include(package/headers.cmake)
 include(package/readme.cmake)
 
