@@ -10,6 +10,21 @@ if(BUILD_SHARED_LIBS)
       -P "${CMAKE_CURRENT_SOURCE_DIR}/package/exported_symbols.cmake")
 endif()
 
+# Not under a sanitizer or a count of coverage, which add a runtime of their own, and of optimised
+# builds only: the others put nothing inline and so name every member of the standard library that
+# they use.
+if(BUILD_SHARED_LIBS AND CMAKE_BUILD_TYPE MATCHES "^(Release|RelWithDebInfo|MinSizeRel)$"
+    AND NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize|-fprofile")
+  set(exact OFF)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Release"
+      AND CMAKE_CXX_FLAGS STREQUAL "" AND CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+    set(exact ON)
+  endif()
+  add_test(NAME Package.NeedsTheKeptListOfSymbols
+    COMMAND "${CMAKE_COMMAND}" "-DLIBRARY=$<TARGET_FILE:zor>" "-DNM=${CMAKE_NM}" "-DEXACT=${exact}"
+      -P "${CMAKE_CURRENT_SOURCE_DIR}/package/undefined_symbols.cmake")
+endif()
+
 # The same program against the shared library, and with everything linked into it.
 add_executable(static_lifetime_shared package/static_lifetime.cpp)
 target_link_libraries(static_lifetime_shared PRIVATE zor::zor zor_warnings)
