@@ -59,8 +59,7 @@ public:
 
 private:
     ZorMapEntry* first = nullptr;
-    bool isAliased =
-        false; // one is stored under another name than its own, perhaps also under both
+    bool isAliased = false; // one has another name than its own, so perhaps both
 };
 
 } // namespace zor_internal
