@@ -1,9 +1,9 @@
 # What the toolchain files share: one of Debian's cross compilers, the libraries that
-# scripts/target-dependencies built for it, and qemu to run the programs.
+# scripts/target-dependencies built for it, and what runs the programs.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_C_COMPILER ${zor_triple}-gcc)
 set(CMAKE_CXX_COMPILER ${zor_triple}-g++)
-set(CMAKE_CROSSCOMPILING_EMULATOR ${zor_emulator} -L /usr/${zor_triple})
+set(CMAKE_CROSSCOMPILING_EMULATOR ${zor_emulator})
 
 # Where scripts/target-dependencies put them: the same rule as there.
 if(DEFINED ENV{ZOR_CACHE_DIR})
