@@ -17,25 +17,41 @@ using zor_internal::writeText;
 
 namespace {
 
-// What `writeBody` writes, inside an element called like the collection.
-template <typename Body>
-std::string wrapped(ZorCollection const* collection, Body writeBody) {
-    ZorStringWriter writer;
-    writeText(&writer, "<");
-    writeText(&writer, collection->getName());
-    writeText(&writer, ">");
-    writeBody(&writer);
-    writeText(&writer, "</");
-    writeText(&writer, collection->getName());
-    writeText(&writer, ">");
-    return writer.getValue();
-}
+// A text inside an element called like the collection.
+class WrappedText {
+public:
+    explicit WrappedText(ZorCollection const* wrapper) : collection(wrapper) { writeTag("<"); }
+    WrappedText(WrappedText const&) = delete;
+    WrappedText& operator=(WrappedText const&) = delete;
+    ~WrappedText() = default;
 
-// The same for one object; empty when there is none.
+    // Where what stands inside is written to.
+    ZorDataWriter* writer() { return &text; }
+
+    // The whole text. Called once.
+    std::string finish() {
+        writeTag("</");
+        return text.getValue();
+    }
+
+private:
+    void writeTag(char const* open) {
+        writeText(&text, open);
+        writeText(&text, collection->getName());
+        writeText(&text, ">");
+    }
+
+    ZorCollection const* collection;
+    ZorStringWriter text;
+};
+
+// One object, wrapped; empty when there is none.
 template <typename T>
 std::string wrappedObject(ZorCollection const* collection, T* object) {
     if (!object) return std::string();
-    return wrapped(collection, [object](ZorDataWriter* writer) { object->exportXML(writer); });
+    WrappedText wrapped(collection);
+    object->exportXML(wrapped.writer());
+    return wrapped.finish();
 }
 
 // The schema of this collection that the document was made from, or null.
@@ -117,22 +133,28 @@ std::string ZorCollection::exportCollection(char const* collectionName) {
 }
 
 std::string ZorCollection::exportAllDocumentsAndSchemas() {
-    return wrapped(this, [this](ZorDataWriter* writer) {
-        exportAllSchemas(writer);
-        exportAllDocuments(writer);
-    });
+    WrappedText wrapped(this);
+    exportAllSchemas(wrapped.writer());
+    exportAllDocuments(wrapped.writer());
+    return wrapped.finish();
 }
 
 std::string ZorCollection::exportAllDocuments() {
-    return wrapped(this, [this](ZorDataWriter* writer) { exportAllDocuments(writer); });
+    WrappedText wrapped(this);
+    exportAllDocuments(wrapped.writer());
+    return wrapped.finish();
 }
 
 std::string ZorCollection::exportAll() {
-    return wrapped(this, [this](ZorDataWriter* writer) { exportAll(writer); });
+    WrappedText wrapped(this);
+    exportAll(wrapped.writer());
+    return wrapped.finish();
 }
 
 std::string ZorCollection::exportSubset(std::vector<std::string> const& names) {
-    return wrapped(this, [this, &names](ZorDataWriter* writer) {
-        for (std::string const& documentName : names) writeWithSchema(this, documentName, writer);
-    });
+    WrappedText wrapped(this);
+    for (std::string const& documentName : names) {
+        writeWithSchema(this, documentName, wrapped.writer());
+    }
+    return wrapped.finish();
 }
