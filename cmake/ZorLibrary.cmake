@@ -9,6 +9,7 @@ add_library(zor_objects OBJECT
   foundation/scan.cpp
   foundation/string.cpp
   foundation/string_writer.cpp
+  foundation/write_text.cpp
   incident/incident_context.cpp
   incident/raise.cpp
   xml/event_handlers.cpp

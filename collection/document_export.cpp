@@ -10,12 +10,14 @@
 #include "foundation/string_ref.h"
 #include "foundation/write_text.h"
 #include "platform/lock_holder.h"
+#include "types/number_text.h"
 #include "zor/document.h"
 
 using zor_internal::escaped;
 using zor_internal::isDefaultSchema;
 using zor_internal::LockHolder;
 using zor_internal::StringRef;
+using zor_internal::textFromUInt;
 using zor_internal::writeText;
 
 namespace {
@@ -84,7 +86,8 @@ void writeStart(ZorDataWriter* writer, Element* element) {
     writeText(writer, element->name);
     if (element->numbered) {
         writeText(writer, " occurrence=\"");
-        writeText(writer, std::to_string(element->occurrence + 1));
+        StringRef const number(textFromUInt(static_cast<std::uint32_t>(element->occurrence + 1)));
+        writeText(writer, number.text());
         writeText(writer, "\"");
     }
     writeText(writer, ">");

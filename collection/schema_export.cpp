@@ -8,49 +8,50 @@
 #include "foundation/string_ref.h"
 #include "foundation/write_text.h"
 #include "platform/lock_holder.h"
+#include "types/number_text.h"
 #include "zor/schema.h"
 
 using zor_internal::ListRef;
 using zor_internal::LockHolder;
 using zor_internal::StringRef;
+using zor_internal::textFromInt;
+using zor_internal::writeJoined;
 using zor_internal::writeText;
 
 namespace {
-
-std::string attribute(char const* name, std::string const& value) {
-    return std::string(" ") + name + "=\"" + value + "\"";
-}
 
 // The names from below the root down to the node, each behind a slash.
 std::string pathOf(ZorSchemaNode const* node) {
     std::string path;
     for (; node && !node->isSchemaRootNode(); node = node->parent) {
-        path.insert(0, std::string("/") + node->getName());
+        path.insert(0, node->getName()).insert(0, 1, '/');
     }
     return path;
 }
 
 void writeOccurrencesAndParent(ZorDataWriter* writer, ZorSchemaNode const* node) {
     if (node->getOccurrences() >= 2) {
-        writeText(writer, attribute("occurrences", std::to_string(node->getOccurrences())));
+        StringRef const number(textFromInt(node->getOccurrences()));
+        writeJoined(writer, {" occurrences=\"", number.text(), "\""});
     }
     ZorSchemaNode const* const parent = node->getParentNode();
-    if (parent && !parent->isSchemaRootNode())
-        writeText(writer, attribute("parent", pathOf(parent)));
+    if (parent && !parent->isSchemaRootNode()) {
+        writeJoined(writer, {" parent=\"", pathOf(parent).c_str(), "\""});
+    }
 }
 
 void writeItem(ZorDataWriter* writer, ZorSchemaNode const* node) {
-    writeText(writer, std::string("<item") + attribute("name", node->getName()) +
-                          attribute("type", zor_dataTypeName(node->dataType)));
+    writeJoined(writer, {"<item name=\"", node->getName(), "\" type=\"",
+                         zor_dataTypeName(node->dataType), "\""});
     StringRef const defaultText(node->getDefaultValue());
-    if (defaultText) writeText(writer, attribute("default", defaultText.text()));
+    if (defaultText) writeJoined(writer, {" default=\"", defaultText.text(), "\""});
     writeOccurrencesAndParent(writer, node);
     writeText(writer, ">");
     writeText(writer, "</item>");
 }
 
 void writeBranch(ZorDataWriter* writer, ZorSchemaNode const* node) {
-    writeText(writer, std::string("<branch") + attribute("name", node->getName()));
+    writeJoined(writer, {"<branch name=\"", node->getName(), "\""});
     writeOccurrencesAndParent(writer, node);
     writeText(writer, ">");
     writeText(writer, "</branch>");
@@ -70,7 +71,7 @@ void ZorSchema::exportSchemaNode(ZorDataWriter* writer, ZorSchemaNode* node) {
         writeBranch(writer, node);
         exportChildNodes(writer, node);
     } else {
-        writeText(writer, std::string("<schema") + attribute("name", node->getName()) + ">");
+        writeJoined(writer, {"<schema name=\"", node->getName(), "\">"});
         ListRef const ownTypes(getDataTypes());
         for (ZorListNode const* at = ownTypes.first(); at; at = at->next) {
             zor_dataTypeExportXML(writer, static_cast<ZorDataType*>(at->value));

@@ -2,19 +2,17 @@
 
 #pragma once
 
-#include <cstring>
+#include <initializer_list>
 #include <string>
 
 #include "zor/text.h"
 
 namespace zor_internal {
 
-inline void writeText(ZorDataWriter* writer, char const* text) {
-    writer->writeData(text, static_cast<int>(std::strlen(text)));
-}
+void writeText(ZorDataWriter* writer, char const* text);
+void writeText(ZorDataWriter* writer, std::string const& text);
 
-inline void writeText(ZorDataWriter* writer, std::string const& text) {
-    writer->writeData(text.c_str(), static_cast<int>(text.size()));
-}
+// Writes the texts one behind the other in a single write.
+void writeJoined(ZorDataWriter* writer, std::initializer_list<char const*> texts);
 
 } // namespace zor_internal

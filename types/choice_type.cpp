@@ -6,7 +6,6 @@
 #include "types/choice_options.h"
 
 #include <cstring>
-#include <string>
 
 #include "foundation/list_builder.h"
 #include "foundation/string_ref.h"
@@ -15,6 +14,7 @@
 #include "types/value_holder.h"
 
 using zor_internal::ListBuilder;
+using zor_internal::writeJoined;
 using zor_internal::writeText;
 
 namespace {
@@ -50,9 +50,9 @@ void* choiceCloneOptions(void* userData) {
 
 // Kept: name and options are written as they are, unescaped.
 void choiceExport(ZorDataWriter* writer, ZorString* name, void* userData) {
-    writeText(writer, std::string("<choice name=\"") + name->text + "\">");
+    writeJoined(writer, {"<choice name=\"", name->text, "\">"});
     for (ZorListNode const* node = optionsIn(userData); node; node = node->next) {
-        writeText(writer, std::string("<option>") + optionAt(node)->text + "</option>");
+        writeJoined(writer, {"<option>", optionAt(node)->text, "</option>"});
     }
     writeText(writer, "</choice>");
 }

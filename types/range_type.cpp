@@ -3,7 +3,6 @@
 #include "types/range_params.h"
 
 #include <memory>
-#include <string>
 
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
@@ -21,7 +20,7 @@ using zor_internal::StringRef;
 using zor_internal::textOf;
 using zor_internal::uintFromText;
 using zor_internal::validateText;
-using zor_internal::writeText;
+using zor_internal::writeJoined;
 
 RangeParams::RangeParams(ZorDataType* base, void const* min, void const* max)
     : baseType(base), minValue(nullptr), maxValue(nullptr) {
@@ -91,11 +90,9 @@ int rangeAcceptsFloat(void* userData, u_zorItemValue external) {
 // Kept: name and bounds are written as they are, unescaped.
 void rangeExport(ZorDataWriter* writer, ZorString* name, void* userData) {
     RangeParams const* const params = paramsIn(userData);
-    std::string const line = std::string("<range name=\"") + name->text + "\" baseType=\"" +
-                             zor_dataTypeName(params->baseType) + "\" minValue=\"" +
-                             params->minValue->text + "\" maxValue=\"" + params->maxValue->text +
-                             "\"/>";
-    writeText(writer, line);
+    writeJoined(writer, {"<range name=\"", name->text, "\" baseType=\"",
+                         zor_dataTypeName(params->baseType), "\" minValue=\"",
+                         params->minValue->text, "\" maxValue=\"", params->maxValue->text, "\"/>"});
 }
 
 // Whether the range can be made; reports why not. The bounds are compared before they are
