@@ -75,25 +75,29 @@ void destroyContents(ZorCollection* collection) {
     }
 }
 
+// What all objects of a kind call themselves.
+template <typename T>
+ZorString* nameOf(void const* object) {
+    return ownName(static_cast<T const*>(object));
+}
+
 // Takes all objects out of the map, each listed once.
 // Kept: an entry is removed by the object's own name. One that is stored under another key stays,
 // with a null value.
-template <typename T>
-std::vector<T*> takeAll(ZorMapEntry** map) {
-    std::vector<T*> objects;
-    std::set<T const*> listed;
+std::vector<void*> takeAll(ZorMapEntry** map, ZorString* (*nameOfObject)(void const*)) {
+    std::vector<void*> objects;
+    std::set<void const*> listed;
     forEachEntry(map, [&](ZorMapEntry const& entry) {
-        auto* const object = static_cast<T*>(entry.value);
-        if (object && listed.insert(object).second) objects.push_back(object);
+        if (entry.value && listed.insert(entry.value).second) objects.push_back(entry.value);
     });
-    for (T const* const object : objects) zor_mapRemove(map, ownName(object));
+    for (void const* const object : objects) zor_mapRemove(map, nameOfObject(object));
     forEachEntry(map, [](ZorMapEntry& entry) { entry.value = nullptr; });
     return objects;
 }
 
 template <typename T>
-void deleteEach(std::vector<T*> const& objects) {
-    for (T* const object : objects) delete object;
+void deleteEach(std::vector<void*> const& objects) {
+    for (void* const object : objects) delete static_cast<T*>(object);
 }
 
 // Why a document was not made.
@@ -296,29 +300,29 @@ void ZorCollection::deleteCollection(char const* collectionName) {
 
 void ZorCollection::deleteAllSchemas() {
     LockHolder const holder(lock);
-    std::set<ZorSchemaNode const*> roots;
+    std::set<void const*> roots;
     forEachEntry(schemas, [&roots](ZorMapEntry const& entry) {
         if (entry.value) roots.insert(static_cast<ZorSchema const*>(entry.value)->rootNode);
     });
-    std::vector<ZorSchema*> const objects = takeAll<ZorSchema>(schemas);
+    std::vector<void*> const objects = takeAll(schemas, nameOf<ZorSchema>);
     Removed<ZorDocument>().takeIf(documents, [&roots](ZorDocument const* document) {
         return roots.count(document->rootNode) > 0;
     });
-    deleteEach(objects);
+    deleteEach<ZorSchema>(objects);
 }
 
 void ZorCollection::deleteAllDocuments() {
     LockHolder const holder(lock);
-    deleteEach(takeAll<ZorDocument>(documents));
+    deleteEach<ZorDocument>(takeAll(documents, nameOf<ZorDocument>));
 }
 
 void ZorCollection::deleteAllCollections() {
-    std::vector<ZorCollection*> objects;
+    std::vector<void*> objects;
     {
         LockHolder const holder(lock);
-        objects = takeAll<ZorCollection>(collections);
+        objects = takeAll(collections, nameOf<ZorCollection>);
     }
-    deleteEach(objects); // each takes its own lock, so not under this one
+    deleteEach<ZorCollection>(objects); // each takes its own lock, so not under this one
 }
 
 void ZorCollection::setDictionary(ZorDictionary* schemaDictionary) {

@@ -3,8 +3,8 @@
 #include "zor/schema.h"
 
 #include <cstring>
-#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -43,7 +43,7 @@ public:
     bool visit() { return ++*visited <= kMostVisits; }
 
     void append(ZorSchemaNode* node) {
-        if (!bounded || ++timesFound[node] <= 2) nodes.append(node);
+        if (!bounded || once.insert(node).second || twice.insert(node).second) nodes.append(node);
     }
 
     bool isEmpty() const { return !nodes.first(); }
@@ -54,7 +54,8 @@ private:
     bool bounded;
     long* visited;
     ListBuilder nodes;
-    std::map<ZorSchemaNode const*, int> timesFound;
+    std::set<void const*> once; // what was appended so often, if bounded
+    std::set<void const*> twice;
 };
 
 void appendMatchingChildren(Found& found, ZorSchemaNode const* node, Segment segment) {

@@ -22,7 +22,7 @@ RangeParams* paramsOf(ZorDataType* range) { return static_cast<RangeParams*>(ran
 
 // A range over a type of the same list goes on with that type's copy: the copies must not depend
 // on types that die with another set.
-void rebindToCopy(TypeTable const& copies, std::set<ZorDataType const*> const& sources,
+void rebindToCopy(TypeTable const& copies, std::set<void const*> const& sources,
                   ZorDataType const* source) {
     ZorDataType* const copy = copies.find(source->name);
     ZorDataType* const base = zor_rangeBaseType(copy);
@@ -52,7 +52,7 @@ void unshareStrings(ZorDataType* copy) {
 // Copies of the types, of which it takes no ownership; of two with one name, of the first.
 ZorMapEntry** copiesOf(ZorListNode* sources) {
     TypeTable copies;
-    std::set<ZorDataType const*> sourceSet;
+    std::set<void const*> sourceSet;
     for (ZorListNode const* node = sources; node; node = node->next) {
         sourceSet.insert(typeAt(node));
         auto copy = std::make_unique<ZorDataType>(typeAt(node));

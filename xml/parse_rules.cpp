@@ -27,18 +27,18 @@ void appendTo(ZorListNode** list, void* value) {
 bool isReachable(ZorElementParseRules const* wanted, ZorElementParseRules const* start) {
     if (start == wanted) return true;
     if (!start->innerRules) return false;
-    std::set<ZorElementParseRules const*> met{start};
-    std::vector<ZorElementParseRules const*> open{start};
-    while (!open.empty()) {
-        ZorElementParseRules const* const rule = open.back();
-        open.pop_back();
+    std::set<void const*> met;
+    std::vector<void*> open;
+    met.insert(start);
+    for (ZorElementParseRules const* rule = start;;) {
         for (ZorListNode const* node = rule->innerRules; node; node = node->next) {
-            ZorElementParseRules const* const inner = ruleAt(node);
-            if (inner == wanted) return true;
-            if (met.insert(inner).second) open.push_back(inner);
+            if (node->value == wanted) return true;
+            if (met.insert(node->value).second) open.push_back(node->value);
         }
+        if (open.empty()) return false;
+        rule = static_cast<ZorElementParseRules const*>(open.back());
+        open.pop_back();
     }
-    return false;
 }
 
 } // namespace
