@@ -42,7 +42,7 @@ ZorSchemaNode* cachedChild(ZorSchemaNode const* parent, std::string_view name) {
 
 void cacheChild(ZorSchemaNode const* parent, ZorSchemaNode* child) {
     LockHolder const lock(cacheLock());
-    ZorSchema::sNodeMap[parent][child->getName()] = child;
+    ZorSchema::sNodeMap[parent].emplace(child->getName(), child).first->second = child;
 }
 
 void forgetTree(ZorSchemaNode const* top) {
