@@ -48,7 +48,9 @@ void cacheChild(ZorSchemaNode const* parent, ZorSchemaNode* child) {
 void forgetTree(ZorSchemaNode const* top) {
     LockHolder const lock(cacheLock());
     for (ZorSchemaNode const* node = top; node; node = nextInTree(node, top)) {
-        if (!node->isDataNode()) ZorSchema::sNodeMap.erase(node);
+        if (node->isDataNode()) continue;
+        auto const children = ZorSchema::sNodeMap.find(node);
+        if (children != ZorSchema::sNodeMap.end()) ZorSchema::sNodeMap.erase(children);
     }
 }
 
