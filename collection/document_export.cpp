@@ -1,6 +1,5 @@
 // A document's changed values as XML.
 
-#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -58,11 +57,12 @@ private:
 
     // Whether any of the node's values was changed.
     bool isChanged(ZorSchemaNode* node) const {
-        ZorValueNode const* const first = document->getDataItem(node, 0, 0);
-        return first && std::any_of(first, first + node->getTotalOccurrences(),
-                                    [](ZorValueNode const& cell) {
-                                        return (cell.flags & ZorValueNode::changed) != 0;
-                                    });
+        ZorValueNode const* const cells = document->getDataItem(node, 0, 0);
+        if (!cells) return false;
+        ZorValueNode const* const end = cells + node->getTotalOccurrences();
+        ZorValueNode const* cell = cells;
+        while (cell < end && !(cell->flags & ZorValueNode::changed)) ++cell;
+        return cell < end;
     }
 
     ZorDocument* document;
