@@ -56,11 +56,12 @@ void schemaStart(ZORParseContext* context) {
 
 using Rule = std::unique_ptr<ZorElementParseRules>;
 
-template <typename... Names>
 Rule makeRule(void const* name, ZorElementCallback start, ZorElementCallback end,
-              Names... attributes) {
+              std::initializer_list<char const*> attributes) {
     auto rule = std::make_unique<ZorElementParseRules>(name, ignoreCharacterData, start, end);
-    (zor_XMLParseRulesAddAttribute(rule.get(), attributes), ...);
+    for (char const* const attribute : attributes) {
+        zor_XMLParseRulesAddAttribute(rule.get(), attribute);
+    }
     return rule;
 }
 
@@ -78,12 +79,12 @@ void allowInside(ZorElementParseRules* outer,
 }
 
 void adoptSchemaRules(ZorElementParseRules* schema) {
-    adopt(schema, makeRule("branch", branchStart, branchEnd, "name", "occurrences", "parent"));
+    adopt(schema, makeRule("branch", branchStart, branchEnd, {"name", "occurrences", "parent"}));
+    adopt(schema, makeRule("item", itemStart, itemEnd,
+                           {"name", "occurrences", "type", "default", "parent"}));
     adopt(schema,
-          makeRule("item", itemStart, itemEnd, "name", "occurrences", "type", "default", "parent"));
-    adopt(schema,
-          makeRule("range", rangeStart, rangeEnd, "name", "baseType", "minValue", "maxValue"));
-    auto* const choice = adopt(schema, makeRule("choice", choiceStart, nullptr, "name"));
+          makeRule("range", rangeStart, rangeEnd, {"name", "baseType", "minValue", "maxValue"}));
+    auto* const choice = adopt(schema, makeRule("choice", choiceStart, nullptr, {"name"}));
     adopt(choice, std::make_unique<ZorElementParseRules>("option", trimmedCharacterData, nullptr,
                                                          optionEnd));
 }
@@ -101,10 +102,11 @@ void zor_internal::releaseLeftovers(ZorElementParseRules* rules) {
 }
 
 ZorElementParseRules* zor_getZORParseRules(ZorCollection* collection) {
-    Rule root = makeRule(collection->name, rootStart, nullptr);
+    Rule root = makeRule(collection->name, rootStart, nullptr, {});
     zor_XMLParseRulesSetElementUserData(root.get(), collection, nullptr);
-    auto* const inner = adopt(root.get(), makeRule("collection", collectionStart, nullptr, "name"));
-    auto* const schema = adopt(root.get(), makeRule("schema", schemaStart, nullptr, "name"));
+    auto* const inner =
+        adopt(root.get(), makeRule("collection", collectionStart, nullptr, {"name"}));
+    auto* const schema = adopt(root.get(), makeRule("schema", schemaStart, nullptr, {"name"}));
     auto* const document = adopt(root.get(), Rule(zor_getDocumentParseRules()));
     allowInside(inner, {inner, schema, document});
     adoptSchemaRules(schema);
