@@ -106,12 +106,14 @@ bool readNonFinite(char const* text, double* number) {
     return beginsWith(text, "nan");
 }
 
-template <typename... Arguments>
-ZorString* textFrom(Arguments... arguments) {
-    char buffer[32];
-    std::to_chars_result const written =
-        std::to_chars(buffer, buffer + sizeof buffer, arguments...);
-    return ZorString::create(buffer, static_cast<int>(written.ptr - buffer));
+ZorString* textFromDecimal(std::uint32_t magnitude, bool negative) {
+    char buffer[sizeof "-4294967295"];
+    char* const end = buffer + sizeof buffer;
+    char* at = end;
+    do *--at = static_cast<char>('0' + magnitude % 10);
+    while (magnitude /= 10);
+    if (negative) *--at = '-';
+    return ZorString::create(at, static_cast<int>(end - at));
 }
 
 } // namespace
@@ -143,10 +145,18 @@ int floatFromText(char const* text, double* value) {
     return 1;
 }
 
-ZorString* textFromInt(std::int32_t value) { return textFrom(value); }
+ZorString* textFromInt(std::int32_t value) {
+    auto const number = static_cast<std::uint32_t>(value);
+    return textFromDecimal(value < 0 ? 0 - number : number, value < 0);
+}
 
-ZorString* textFromUInt(std::uint32_t value) { return textFrom(value); }
+ZorString* textFromUInt(std::uint32_t value) { return textFromDecimal(value, false); }
 
-ZorString* textFromFloat(double value) { return textFrom(value, std::chars_format::general, 15); }
+ZorString* textFromFloat(double value) {
+    char buffer[32];
+    std::to_chars_result const written =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 15);
+    return ZorString::create(buffer, static_cast<int>(written.ptr - buffer));
+}
 
 } // namespace zor_internal
