@@ -51,7 +51,8 @@ void warnNotRecognised(ZORParseContext const* context, char const* name) {
     ZORParseContext const* const outer = context->outerContext;
     warn(context, "element not recognised in this context <", name, ">");
 
-    std::string text = std::string("Element is '") + name + "'. Possible valid elements are ";
+    std::string text;
+    text.append("Element is '").append(name).append("'. Possible valid elements are ");
     std::size_t const longest = text.size() + kLongList;
     for (ZorListNode const* node = outer->parseRules->innerRules; node; node = node->next) {
         if (text.size() > longest) {
