@@ -81,23 +81,27 @@ ZorString* nameOf(void const* object) {
     return ownName(static_cast<T const*>(object));
 }
 
-// Takes all objects out of the map, each listed once.
+// Takes all objects out of the map, each listed once. New reference.
 // Kept: an entry is removed by the object's own name. One that is stored under another key stays,
 // with a null value.
-std::vector<void*> takeAll(ZorMapEntry** map, ZorString* (*nameOfObject)(void const*)) {
-    std::vector<void*> objects;
+ZorListNode* takeAll(ZorMapEntry** map, ZorString* (*nameOfObject)(void const*)) {
+    ListBuilder objects;
     std::set<void const*> listed;
     forEachEntry(map, [&](ZorMapEntry const& entry) {
-        if (entry.value && listed.insert(entry.value).second) objects.push_back(entry.value);
+        if (entry.value && listed.insert(entry.value).second) objects.append(entry.value);
     });
-    for (void const* const object : objects) zor_mapRemove(map, nameOfObject(object));
+    for (ZorListNode const* node = objects.first(); node; node = node->next) {
+        zor_mapRemove(map, nameOfObject(node->value));
+    }
     forEachEntry(map, [](ZorMapEntry& entry) { entry.value = nullptr; });
-    return objects;
+    return objects.release();
 }
 
 template <typename T>
-void deleteEach(std::vector<void*> const& objects) {
-    for (void* const object : objects) delete static_cast<T*>(object);
+void deleteEach(ListRef const& objects) {
+    for (ZorListNode const* node = objects.first(); node; node = node->next) {
+        delete static_cast<T*>(node->value);
+    }
 }
 
 // Why a document was not made.
@@ -304,7 +308,7 @@ void ZorCollection::deleteAllSchemas() {
     forEachEntry(schemas, [&roots](ZorMapEntry const& entry) {
         if (entry.value) roots.insert(static_cast<ZorSchema const*>(entry.value)->rootNode);
     });
-    std::vector<void*> const objects = takeAll(schemas, nameOf<ZorSchema>);
+    ListRef const objects(takeAll(schemas, nameOf<ZorSchema>));
     Removed<ZorDocument>().takeIf(documents, [&roots](ZorDocument const* document) {
         return roots.count(document->rootNode) > 0;
     });
@@ -313,16 +317,16 @@ void ZorCollection::deleteAllSchemas() {
 
 void ZorCollection::deleteAllDocuments() {
     LockHolder const holder(lock);
-    deleteEach<ZorDocument>(takeAll(documents, nameOf<ZorDocument>));
+    deleteEach<ZorDocument>(ListRef(takeAll(documents, nameOf<ZorDocument>)));
 }
 
 void ZorCollection::deleteAllCollections() {
-    std::vector<void*> objects;
+    ZorListNode* taken;
     {
         LockHolder const holder(lock);
-        objects = takeAll(collections, nameOf<ZorCollection>);
+        taken = takeAll(collections, nameOf<ZorCollection>);
     }
-    deleteEach<ZorCollection>(objects); // each takes its own lock, so not under this one
+    deleteEach<ZorCollection>(ListRef(taken)); // each takes its own lock, so not under this one
 }
 
 void ZorCollection::setDictionary(ZorDictionary* schemaDictionary) {

@@ -1,12 +1,13 @@
 // Element rules: reference-counted, possibly shared, possibly cyclic.
 
 #include <set>
-#include <vector>
 
+#include "foundation/list_builder.h"
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
 #include "zor/xml.h"
 
+using zor_internal::ListBuilder;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
 
@@ -24,21 +25,20 @@ void appendTo(ZorListNode** list, void* value) {
 }
 
 // Whether a walk down from `start` meets `wanted`. Every rule is entered once, so that cycles end.
-bool isReachable(ZorElementParseRules const* wanted, ZorElementParseRules const* start) {
+bool isReachable(ZorElementParseRules const* wanted, ZorElementParseRules* start) {
     if (start == wanted) return true;
     if (!start->innerRules) return false;
     std::set<void const*> met;
-    std::vector<void*> open;
+    ListBuilder open; // each rule that was met, with those still to enter at the end
     met.insert(start);
-    for (ZorElementParseRules const* rule = start;;) {
-        for (ZorListNode const* node = rule->innerRules; node; node = node->next) {
+    open.append(start);
+    for (ZorListNode const* at = open.first(); at; at = at->next) {
+        for (ZorListNode const* node = ruleAt(at)->innerRules; node; node = node->next) {
             if (node->value == wanted) return true;
-            if (met.insert(node->value).second) open.push_back(node->value);
+            if (met.insert(node->value).second) open.append(node->value);
         }
-        if (open.empty()) return false;
-        rule = static_cast<ZorElementParseRules const*>(open.back());
-        open.pop_back();
     }
+    return false;
 }
 
 } // namespace
