@@ -12,7 +12,7 @@ using zor_internal::reportOutOfMemory;
 
 namespace {
 
-constexpr std::int64_t kLargestCapacity = INT_MAX;
+constexpr std::uint32_t kLargestCapacity = INT_MAX;
 
 } // namespace
 
@@ -29,14 +29,15 @@ ZorStringWriter::~ZorStringWriter() {
 
 void ZorStringWriter::writeData(char const* data, int length) {
     if (length < 1) length = static_cast<int>(std::strlen(data));
-    std::int64_t const needed = std::int64_t(used) + length;
+    std::uint32_t const needed =
+        static_cast<std::uint32_t>(used) + static_cast<std::uint32_t>(length);
     char* outgrown = nullptr;
-    if (needed > capacity) {
-        std::int64_t newCapacity = capacity;
+    auto newCapacity = static_cast<std::uint32_t>(capacity);
+    if (needed > newCapacity) {
+        if (needed > kLargestCapacity) reportOutOfMemory();
         while (newCapacity < needed) newCapacity *= 2;
         if (newCapacity > kLargestCapacity) newCapacity = kLargestCapacity;
-        if (newCapacity < needed) reportOutOfMemory();
-        char* const block = new char[static_cast<std::size_t>(newCapacity)];
+        char* const block = new char[newCapacity];
         std::memcpy(block, begin, static_cast<std::size_t>(used));
         if (begin != localBuffer) outgrown = begin;
         begin = block;
