@@ -20,11 +20,14 @@
 
 using zor_internal::deleteDocumentsOf;
 using zor_internal::forEachEntry;
+using zor_internal::kCollections;
 using zor_internal::kDefaultSchemaName;
+using zor_internal::kDocuments;
+using zor_internal::kSchemas;
 using zor_internal::ListBuilder;
 using zor_internal::ListRef;
 using zor_internal::LockHolder;
-using zor_internal::ownName;
+using zor_internal::ObjectKind;
 using zor_internal::raiseError;
 using zor_internal::reasonAgainstDocument;
 using zor_internal::Removed;
@@ -52,11 +55,21 @@ ZorListNode* listOf(ZorMapEntry** map) {
     return values.release();
 }
 
+bool isDocumentOf(void const* document, void const* rootNode) {
+    return static_cast<ZorDocument const*>(document)->rootNode == rootNode;
+}
+
+using RootNodes = std::set<void const*>;
+
+bool isDocumentOfOneOf(void const* document, void const* rootNodes) {
+    auto const* const roots = static_cast<RootNodes const*>(rootNodes);
+    return roots->count(static_cast<ZorDocument const*>(document)->rootNode) > 0;
+}
+
 // Destroys all objects of a map, and the map; null is allowed.
-template <typename T>
-void destroyAll(ZorMapEntry** map) {
+void destroyAll(ZorMapEntry** map, ObjectKind const& kind) {
     if (!map) return;
-    Removed<T>().takeIf(map, [](T const*) { return true; });
+    Removed(kind).takeIf(map, nullptr, nullptr);
     zor_mapDelete(map);
 }
 
@@ -65,43 +78,36 @@ void destroyContents(ZorCollection* collection) {
     if (collection->name) collection->name->removeRef();
     {
         LockHolder const holder(collection->lock);
-        destroyAll<ZorDocument>(collection->documents); // before the schemas they were made from
-        destroyAll<ZorSchema>(collection->schemas);
+        destroyAll(collection->documents, kDocuments); // before the schemas they were made from
+        destroyAll(collection->schemas, kSchemas);
     }
-    destroyAll<ZorCollection>(collection->collections);
+    destroyAll(collection->collections, kCollections);
     for (ZorXmlParser* const parser : collection->parsers) {
         delete parser->incidentContext;
         delete parser;
     }
 }
 
-// What all objects of a kind call themselves.
-template <typename T>
-ZorString* nameOf(void const* object) {
-    return ownName(static_cast<T const*>(object));
-}
-
 // Takes all objects out of the map, each listed once. New reference.
 // Kept: an entry is removed by the object's own name. One that is stored under another key stays,
 // with a null value.
-ZorListNode* takeAll(ZorMapEntry** map, ZorString* (*nameOfObject)(void const*)) {
+ZorListNode* takeAll(ZorMapEntry** map, ObjectKind const& kind) {
     ListBuilder objects;
     std::set<void const*> listed;
     forEachEntry(map, [&](ZorMapEntry const& entry) {
         if (entry.value && listed.insert(entry.value).second) objects.append(entry.value);
     });
     for (ZorListNode const* node = objects.first(); node; node = node->next) {
-        zor_mapRemove(map, nameOfObject(node->value));
+        zor_mapRemove(map, kind.ownName(node->value));
     }
     forEachEntry(map, [](ZorMapEntry& entry) { entry.value = nullptr; });
     return objects.release();
 }
 
-template <typename T>
-void deleteEach(ListRef const& objects) {
-    for (ZorListNode const* node = objects.first(); node; node = node->next) {
-        delete static_cast<T*>(node->value);
-    }
+// Takes ownership of the list and its objects.
+void destroyEach(ZorListNode* objects, ObjectKind const& kind) {
+    ListRef const holder(objects);
+    for (ZorListNode const* node = objects; node; node = node->next) kind.destroy(node->value);
 }
 
 // Why a document was not made.
@@ -138,9 +144,7 @@ ZorDocument* tryMakeDocument(ZorCollection* collection, void const* schemaName,
 } // namespace
 
 void zor_internal::deleteDocumentsOf(ZorCollection* collection, ZorSchema const* schema) {
-    Removed<ZorDocument>().takeIf(collection->documents, [schema](ZorDocument const* document) {
-        return document->rootNode == schema->rootNode;
-    });
+    Removed(kDocuments).takeIf(collection->documents, isDocumentOf, schema->rootNode);
 }
 
 char const* zor_internal::reasonAgainstDocument(ZorSchema const* schema) {
@@ -304,29 +308,27 @@ void ZorCollection::deleteCollection(char const* collectionName) {
 
 void ZorCollection::deleteAllSchemas() {
     LockHolder const holder(lock);
-    std::set<void const*> roots;
+    RootNodes roots;
     forEachEntry(schemas, [&roots](ZorMapEntry const& entry) {
         if (entry.value) roots.insert(static_cast<ZorSchema const*>(entry.value)->rootNode);
     });
-    ListRef const objects(takeAll(schemas, nameOf<ZorSchema>));
-    Removed<ZorDocument>().takeIf(documents, [&roots](ZorDocument const* document) {
-        return roots.count(document->rootNode) > 0;
-    });
-    deleteEach<ZorSchema>(objects);
+    ZorListNode* const objects = takeAll(schemas, kSchemas);
+    Removed(kDocuments).takeIf(documents, isDocumentOfOneOf, &roots);
+    destroyEach(objects, kSchemas);
 }
 
 void ZorCollection::deleteAllDocuments() {
     LockHolder const holder(lock);
-    deleteEach<ZorDocument>(ListRef(takeAll(documents, nameOf<ZorDocument>)));
+    destroyEach(takeAll(documents, kDocuments), kDocuments);
 }
 
 void ZorCollection::deleteAllCollections() {
     ZorListNode* taken;
     {
         LockHolder const holder(lock);
-        taken = takeAll(collections, nameOf<ZorCollection>);
+        taken = takeAll(collections, kCollections);
     }
-    deleteEach<ZorCollection>(ListRef(taken)); // each takes its own lock, so not under this one
+    destroyEach(taken, kCollections); // each takes its own lock, so not under this one
 }
 
 void ZorCollection::setDictionary(ZorDictionary* schemaDictionary) {

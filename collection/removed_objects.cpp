@@ -8,6 +8,23 @@
 namespace zor_internal {
 namespace {
 
+ZorString* schemaName(void const* schema) {
+    return static_cast<ZorSchema const*>(schema)->rootNode->name;
+}
+
+ZorString* documentName(void const* document) {
+    return static_cast<ZorDocument const*>(document)->name;
+}
+
+ZorString* collectionName(void const* collection) {
+    return static_cast<ZorCollection const*>(collection)->name;
+}
+
+template <typename T>
+void destroy(void* object) {
+    delete static_cast<T*>(object);
+}
+
 // Where an object stands in the chain.
 struct Place {
     void const* object;
@@ -40,6 +57,10 @@ void forgetRepeatedSlowly(ZorMapEntry const* first) {
 
 } // namespace
 
+ObjectKind const kSchemas = {schemaName, destroy<ZorSchema>};
+ObjectKind const kDocuments = {documentName, destroy<ZorDocument>};
+ObjectKind const kCollections = {collectionName, destroy<ZorCollection>};
+
 void forgetRepeated(ZorMapEntry* first) {
     std::size_t count = 0;
     for (ZorMapEntry const* entry = first; entry; entry = entry->next) ++count;
@@ -52,6 +73,35 @@ void forgetRepeated(ZorMapEntry* first) {
     std::qsort(places.get(), count, sizeof(Place), comparePlaces);
     for (Place* place = places.get(); place + 1 < end; ++place) {
         if (place[1].object == place->object) place[1].entry->value = nullptr;
+    }
+}
+
+Removed::~Removed() {
+    if (isAliased) forgetRepeated(first);
+    while (ZorMapEntry* const entry = first) {
+        first = entry->next;
+        void* const object = entry->value;
+        freeEntry(entry);
+        if (object) kind.destroy(object);
+    }
+}
+
+void Removed::takeIf(ZorMapEntry** map, bool (*isWanted)(void const* object, void const* context),
+                     void const* context) {
+    ZorMapEntry** last = &first;
+    for (unsigned i = 0; i < kBucketCount; ++i) {
+        for (ZorMapEntry** link = &map[i]; *link;) {
+            ZorMapEntry* const entry = *link;
+            if (!entry->value || (isWanted && !isWanted(entry->value, context))) {
+                link = &entry->next;
+                continue;
+            }
+            isAliased = isAliased || zor_stringCompare(entry->key, kind.ownName(entry->value)) != 0;
+            *link = entry->next;
+            entry->next = nullptr;
+            *last = entry;
+            last = &entry->next;
+        }
     }
 }
 
