@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 #include <memory>
+#include <utility>
 
 #include "collection/definition_callbacks.h"
 #include "collection/import_callbacks.h"
@@ -56,19 +57,22 @@ void schemaStart(ZORParseContext* context) {
 
 using Rule = std::unique_ptr<ZorElementParseRules>;
 
-Rule makeRule(void const* name, ZorElementCallback start, ZorElementCallback end,
-              std::initializer_list<char const*> attributes) {
-    auto rule = std::make_unique<ZorElementParseRules>(name, ignoreCharacterData, start, end);
-    for (char const* const attribute : attributes) {
-        zor_XMLParseRulesAddAttribute(rule.get(), attribute);
-    }
-    return rule;
-}
-
 // Allows the new rule inside `outer`, which keeps it alive from now on.
 ZorElementParseRules* adopt(ZorElementParseRules* outer, Rule inner) {
     zor_XMLParseRulesAddInnerRules(outer, inner.get());
     return inner.release();
+}
+
+// Makes a rule for elements of that name inside `outer`.
+ZorElementParseRules* addRule(ZorElementParseRules* outer, char const* name,
+                              ZorElementCallback start, ZorElementCallback end,
+                              std::initializer_list<char const*> attributes,
+                              characterDataUsage usage = ignoreCharacterData) {
+    auto rule = std::make_unique<ZorElementParseRules>(name, usage, start, end);
+    for (char const* const attribute : attributes) {
+        zor_XMLParseRulesAddAttribute(rule.get(), attribute);
+    }
+    return adopt(outer, std::move(rule));
 }
 
 void allowInside(ZorElementParseRules* outer,
@@ -78,15 +82,13 @@ void allowInside(ZorElementParseRules* outer,
     }
 }
 
-void adoptSchemaRules(ZorElementParseRules* schema) {
-    adopt(schema, makeRule("branch", branchStart, branchEnd, {"name", "occurrences", "parent"}));
-    adopt(schema, makeRule("item", itemStart, itemEnd,
-                           {"name", "occurrences", "type", "default", "parent"}));
-    adopt(schema,
-          makeRule("range", rangeStart, rangeEnd, {"name", "baseType", "minValue", "maxValue"}));
-    auto* const choice = adopt(schema, makeRule("choice", choiceStart, nullptr, {"name"}));
-    adopt(choice, std::make_unique<ZorElementParseRules>("option", trimmedCharacterData, nullptr,
-                                                         optionEnd));
+void addSchemaRules(ZorElementParseRules* schema) {
+    addRule(schema, "branch", branchStart, branchEnd, {"name", "occurrences", "parent"});
+    addRule(schema, "item", itemStart, itemEnd,
+            {"name", "occurrences", "type", "default", "parent"});
+    addRule(schema, "range", rangeStart, rangeEnd, {"name", "baseType", "minValue", "maxValue"});
+    auto* const choice = addRule(schema, "choice", choiceStart, nullptr, {"name"});
+    addRule(choice, "option", nullptr, optionEnd, {}, trimmedCharacterData);
 }
 
 } // namespace
@@ -102,13 +104,13 @@ void zor_internal::releaseLeftovers(ZorElementParseRules* rules) {
 }
 
 ZorElementParseRules* zor_getZORParseRules(ZorCollection* collection) {
-    Rule root = makeRule(collection->name, rootStart, nullptr, {});
+    auto root = std::make_unique<ZorElementParseRules>(collection->name, ignoreCharacterData,
+                                                       rootStart, nullptr);
     zor_XMLParseRulesSetElementUserData(root.get(), collection, nullptr);
-    auto* const inner =
-        adopt(root.get(), makeRule("collection", collectionStart, nullptr, {"name"}));
-    auto* const schema = adopt(root.get(), makeRule("schema", schemaStart, nullptr, {"name"}));
+    auto* const inner = addRule(root.get(), "collection", collectionStart, nullptr, {"name"});
+    auto* const schema = addRule(root.get(), "schema", schemaStart, nullptr, {"name"});
     auto* const document = adopt(root.get(), Rule(zor_getDocumentParseRules()));
     allowInside(inner, {inner, schema, document});
-    adoptSchemaRules(schema);
+    addSchemaRules(schema);
     return root.release();
 }
