@@ -79,8 +79,9 @@ void ZorCollection::importFromFile(void const* path) {
         raiseError(nullptr, incidentNotFound, "File: \"", fileName, "\" not found.");
         return;
     }
-    ZorIncidentContext incidents(std::string("ZorCollection::importFromFile:") + fileName, nullptr,
-                                 nullptr);
+    std::string label("ZorCollection::importFromFile:");
+    label += fileName;
+    ZorIncidentContext incidents(label, nullptr, nullptr);
     ZorXmlParser parser(this, &incidents);
     char buffer[4096];
     std::size_t count;
