@@ -43,11 +43,11 @@ ZorElementParseRules* RuleSearches::find(ZorElementParseRules const* outer, char
     }
     if (search.lastIndexed) node = search.lastIndexed->next; // rules that came since
     for (; node; node = node->next) {
-        search.index.emplace(ruleAt(node)->elementName->text, ruleAt(node)); // the first stays
+        search.index.insert(ruleAt(node)); // the first of a name stays
         search.lastIndexed = node;
     }
     auto const found = search.index.find(name);
-    return found == search.index.end() ? nullptr : found->second;
+    return found == search.index.end() ? nullptr : *found;
 }
 
 } // namespace zor_internal

@@ -6,8 +6,9 @@
 
 #pragma once
 
+#include <cstring>
 #include <map>
-#include <string_view>
+#include <set>
 
 #include "zor/xml.h"
 
@@ -26,10 +27,22 @@ public:
     void forget() { searches.clear(); }
 
 private:
+    struct ByName {
+        using is_transparent = void;
+        template <typename A, typename B>
+        bool operator()(A const* a, B const* b) const {
+            return std::strcmp(nameOf(a), nameOf(b)) < 0;
+        }
+        static char const* nameOf(char const* name) { return name; }
+        static char const* nameOf(ZorElementParseRules const* rule) {
+            return rule->elementName->text;
+        }
+    };
+
     struct Search {
         long walked = 0;
         ZorListNode const* lastIndexed = nullptr;
-        std::map<std::string_view, ZorElementParseRules*> index;
+        std::set<ZorElementParseRules*, ByName> index;
     };
 
     std::map<ZorElementParseRules const*, Search> searches;
