@@ -3,6 +3,7 @@
 #include "schema/name_cache.h"
 
 #include <new>
+#include <string>
 
 #include "foundation/immortal.h"
 #include "platform/lock_holder.h"
@@ -42,7 +43,8 @@ ZorSchemaNode* cachedChild(ZorSchemaNode const* parent, std::string_view name) {
 
 void cacheChild(ZorSchemaNode const* parent, ZorSchemaNode* child) {
     LockHolder const lock(cacheLock());
-    ZorSchema::sNodeMap[parent].emplace(child->getName(), child).first->second = child;
+    // The text is moved into its entry: a copy could fail inside it, which would have to be caught.
+    ZorSchema::sNodeMap[parent].insert_or_assign(std::string(child->getName()), child);
 }
 
 void forgetTree(ZorSchemaNode const* top) {
