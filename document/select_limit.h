@@ -6,7 +6,7 @@
 
 #pragma once
 
-#include <cstdint>
+#include <climits>
 
 #include "zor/schema.h"
 
@@ -35,18 +35,29 @@ public:
     bool isExceeded() const { return exceeded; }
 
 private:
-    static constexpr std::int64_t kResults = 65536;
-    static constexpr std::int64_t kResultsPerCell = 4;
-    static constexpr std::int64_t kVisits = 4194304;
-    static constexpr std::int64_t kVisitsPerCell = 64;
+    // Counters are as wide as a word, because they are in the way of every step of a select.
+    using Count = unsigned long;
+
+    static constexpr Count kResults = 65536;
+    static constexpr Count kResultsPerCell = 4;
+    static constexpr Count kVisits = 4194304;
+    static constexpr Count kVisitsPerCell = 64;
 
     // Counts the cells, which takes a walk over the schema, only when there is much to find.
     void extend() {
         if (extended) return;
         extended = true;
-        std::int64_t const cells = rootNode->countRequiredValueNodes();
-        results += kResultsPerCell * cells;
-        visits += kVisitsPerCell * cells;
+        auto const cells = static_cast<Count>(rootNode->countRequiredValueNodes());
+        results = plus(results, kResultsPerCell, cells);
+        visits = plus(visits, kVisitsPerCell, cells);
+    }
+
+    // base + perCell x cells, or the most that a counter still can pass.
+    static Count plus(Count base, Count perCell, Count cells) {
+        Count sum;
+        bool const beyond = __builtin_mul_overflow(perCell, cells, &sum) ||
+                            __builtin_add_overflow(sum, base, &sum) || sum == ULONG_MAX;
+        return beyond ? ULONG_MAX - 1 : sum;
     }
 
     bool giveUp() {
@@ -55,10 +66,10 @@ private:
     }
 
     ZorSchemaNode* rootNode;
-    std::int64_t found = 0;
-    std::int64_t visited = 0;
-    std::int64_t results = kResults;
-    std::int64_t visits = kVisits;
+    Count found = 0;
+    Count visited = 0;
+    Count results = kResults;
+    Count visits = kVisits;
     bool extended = false;
     bool exceeded = false;
 };
