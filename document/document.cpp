@@ -41,26 +41,31 @@ private:
     ZorValueNode* cells;
 };
 
+// Gives a document that is being made its name, on which it takes over the reference, and its
+// cells: copies of those at `from`, or the defaults when that is null.
+void build(ZorDocument* document, ZorString* ownName, ZorValueNode const* from) {
+    StringRef name(ownName);
+    ZorSchemaNode* const rootNode = document->rootNode;
+    Cells cells(rootNode);
+    if (from)
+        rootNode->copyValueNodes(from, cells.first(), 0, 1);
+    else
+        rootNode->makeValueNodes(cells.first(), 0, 1);
+    document->values = cells.release();
+    document->name = name.release();
+    countDocuments(rootNode, 1);
+}
+
 } // namespace
 
 ZorDocument::ZorDocument(ZorSchema* schema, void const* documentName)
     : values(nullptr), name(nullptr), rootNode(schema->rootNode), lock(1, 1, false) {
-    StringRef ownName(stringOf(documentName));
-    Cells cells(rootNode);
-    rootNode->makeValueNodes(cells.first(), 0, 1);
-    values = cells.release();
-    name = ownName.release();
-    countDocuments(rootNode, 1);
+    build(this, stringOf(documentName), nullptr);
 }
 
 ZorDocument::ZorDocument(ZorDocument const& other, ZorSchema* schema)
     : values(nullptr), name(nullptr), rootNode(schema->rootNode), lock(1, 1, false) {
-    StringRef ownName(zor_stringCopy(other.name));
-    Cells cells(rootNode);
-    rootNode->copyValueNodes(other.values, cells.first(), 0, 1);
-    values = cells.release();
-    name = ownName.release();
-    countDocuments(rootNode, 1);
+    build(this, zor_stringCopy(other.name), other.values);
 }
 
 ZorDocument::~ZorDocument() {
