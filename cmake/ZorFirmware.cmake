@@ -7,14 +7,14 @@ set(small_code
   -fno-asynchronous-unwind-tables -fno-unwind-tables # left out only when asked for
   -fno-semantic-interposition
   -fpic) # the small form of CMake's -fPIC
+if(BUILD_SHARED_LIBS)
+  list(APPEND small_code -flto=auto)
+  target_link_options(zor PRIVATE ${small_code} LINKER:-Bsymbolic-functions)
+else()
+  # A program that is linked with --gc-sections takes what it uses.
+  list(APPEND small_code -ffunction-sections -fdata-sections)
+endif()
 target_compile_options(zor_objects PRIVATE ${small_code})
 if(TARGET zor_platform)
   target_compile_options(zor_platform PRIVATE ${small_code})
-endif()
-if(BUILD_SHARED_LIBS)
-  target_compile_options(zor_objects PRIVATE -flto=auto)
-  target_link_options(zor PRIVATE ${small_code} -flto=auto LINKER:-Bsymbolic-functions)
-else()
-  # A program that is linked with --gc-sections takes what it uses.
-  target_compile_options(zor_objects PRIVATE -ffunction-sections -fdata-sections)
 endif()
