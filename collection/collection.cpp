@@ -104,10 +104,9 @@ ZorListNode* takeAll(ZorMapEntry** map, ObjectKind const& kind) {
     return objects.release();
 }
 
-// Takes ownership of the list and its objects.
-void destroyEach(ZorListNode* objects, ObjectKind const& kind) {
-    ListRef const holder(objects);
-    for (ZorListNode const* node = objects; node; node = node->next) kind.destroy(node->value);
+// Takes ownership of the objects.
+void destroyEach(ListRef const& objects, ObjectKind const& kind) {
+    for (ZorListNode const* at = objects.first(); at; at = at->next) kind.destroy(at->value);
 }
 
 // Why a document was not made.
@@ -312,23 +311,23 @@ void ZorCollection::deleteAllSchemas() {
     forEachEntry(schemas, [&roots](ZorMapEntry const& entry) {
         if (entry.value) roots.insert(static_cast<ZorSchema const*>(entry.value)->rootNode);
     });
-    ZorListNode* const objects = takeAll(schemas, kSchemas);
+    ListRef const objects(takeAll(schemas, kSchemas));
     Removed(kDocuments).takeIf(documents, isDocumentOfOneOf, &roots);
     destroyEach(objects, kSchemas);
 }
 
 void ZorCollection::deleteAllDocuments() {
     LockHolder const holder(lock);
-    destroyEach(takeAll(documents, kDocuments), kDocuments);
+    destroyEach(ListRef(takeAll(documents, kDocuments)), kDocuments);
 }
 
 void ZorCollection::deleteAllCollections() {
-    ZorListNode* taken;
-    {
+    auto const takeCollections = [this] {
         LockHolder const holder(lock);
-        taken = takeAll(collections, kCollections);
-    }
-    destroyEach(taken, kCollections); // each takes its own lock, so not under this one
+        return takeAll(collections, kCollections);
+    };
+    ListRef const objects(takeCollections());
+    destroyEach(objects, kCollections); // each takes its own lock, so not under this one
 }
 
 void ZorCollection::setDictionary(ZorDictionary* schemaDictionary) {

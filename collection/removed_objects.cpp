@@ -5,6 +5,8 @@
 #include <memory>
 #include <new>
 
+#include "foundation/constinit.h"
+
 namespace zor_internal {
 namespace {
 
@@ -57,9 +59,9 @@ void forgetRepeatedSlowly(ZorMapEntry const* first) {
 
 } // namespace
 
-ObjectKind const kSchemas = {schemaName, destroy<ZorSchema>};
-ObjectKind const kDocuments = {documentName, destroy<ZorDocument>};
-ObjectKind const kCollections = {collectionName, destroy<ZorCollection>};
+ZOR_CONSTINIT ObjectKind const kSchemas = {schemaName, destroy<ZorSchema>};
+ZOR_CONSTINIT ObjectKind const kDocuments = {documentName, destroy<ZorDocument>};
+ZOR_CONSTINIT ObjectKind const kCollections = {collectionName, destroy<ZorCollection>};
 
 void forgetRepeated(ZorMapEntry* first) {
     std::size_t count = 0;
