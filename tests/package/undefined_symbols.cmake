@@ -23,6 +23,11 @@ list(REMOVE_ITEM symbols "")
 list(REMOVE_DUPLICATES symbols)
 list(SORT symbols)
 
+list(FIND symbols XML_Parse index)
+if(index EQUAL -1)
+  message(FATAL_ERROR "${LIBRARY} does not even need XML_Parse: this is no list of what it needs")
+endif()
+
 # What small C libraries and C++ runtimes lack, or what costs too much.
 set(banned
   "__cxa_throw$" __cxa_rethrow __cxa_allocate_exception # the library throws nothing itself

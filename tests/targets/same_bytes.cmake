@@ -2,11 +2,15 @@
 # keep what a machine writes: cmake -DUPDATE=ON with compare_bytes.cmake, or give the program the
 # directory of the kept files.
 file(GLOB same_bytes_sources CONFIGURE_DEPENDS "targets/same_bytes*.cpp")
-add_executable(zor_same_bytes ${same_bytes_sources})
-target_include_directories(zor_same_bytes PRIVATE "${PROJECT_SOURCE_DIR}")
-target_link_libraries(zor_same_bytes PRIVATE zor::zor zor_warnings)
-target_compile_definitions(zor_same_bytes PRIVATE
-  "ZOR_EXAMPLES_DIR=\"${PROJECT_SOURCE_DIR}/examples\"")
+function(add_same_bytes_program program library) # [compiler flags]
+  add_executable(${program} ${same_bytes_sources})
+  target_include_directories(${program} PRIVATE "${PROJECT_SOURCE_DIR}")
+  target_compile_options(${program} PRIVATE ${ARGN})
+  target_link_libraries(${program} PRIVATE ${library} zor_warnings)
+  target_compile_definitions(${program} PRIVATE
+    "ZOR_EXAMPLES_DIR=\"${PROJECT_SOURCE_DIR}/examples\"")
+endfunction()
+add_same_bytes_program(zor_same_bytes zor::zor)
 
 # CTest starts the program through the emulator where there is one.
 set(written "${CMAKE_CURRENT_BINARY_DIR}/same_bytes")
