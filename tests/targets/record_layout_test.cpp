@@ -10,7 +10,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <type_traits>
+#include <vector>
 
 #include "collection/import_rule_info.h"
 #include "collection/node_info.h"
@@ -240,7 +242,7 @@ constexpr Field kSchemaNode[] = {
     FIELD(ZorSchemaNode, flags, std::uint8_t, 64),
 };
 FIELDS_OF(ZorSchemaNode, kTablePointer, kSchemaNode, 68);
-static_assert(ZorSchemaNode::noDefault == 1 << 0);
+static_assert(ZorSchemaNode::noDefault == 1 << 0 && ZorSchemaNode::sharedDefault == 1 << 1);
 
 constexpr Field kValueNode[] = {
     FIELD(ZorValueNode, value, u_zorItemValue, 0),
