@@ -217,6 +217,5 @@ void ZorResultSet::getValue(std::string& out, bool* isNull) {
 
 void ZorResultSet::getValue(std::string& out) {
     out.clear();
-    StringRef const value(getValue());
-    if (value) out = value.text();
+    getValue(out, nullptr);
 }
