@@ -3,12 +3,12 @@
 #include "zor/collection.h"
 
 #include <memory>
-#include <set>
 
 #include "collection/default_schema.h"
 #include "collection/documents_of.h"
 #include "collection/limits.h"
 #include "collection/removed_objects.h"
+#include "foundation/address_set.h"
 #include "foundation/list_builder.h"
 #include "foundation/list_ref.h"
 #include "foundation/map_entries.h"
@@ -18,6 +18,7 @@
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
 
+using zor_internal::AddressSet;
 using zor_internal::deleteDocumentsOf;
 using zor_internal::forEachEntry;
 using zor_internal::kCollections;
@@ -59,11 +60,9 @@ bool isDocumentOf(void const* document, void const* rootNode) {
     return static_cast<ZorDocument const*>(document)->rootNode == rootNode;
 }
 
-using RootNodes = std::set<void const*>;
-
 bool isDocumentOfOneOf(void const* document, void const* rootNodes) {
-    auto const* const roots = static_cast<RootNodes const*>(rootNodes);
-    return roots->count(static_cast<ZorDocument const*>(document)->rootNode) > 0;
+    auto const* const roots = static_cast<AddressSet const*>(rootNodes);
+    return roots->has(static_cast<ZorDocument const*>(document)->rootNode);
 }
 
 // Destroys all objects of a map, and the map; null is allowed.
@@ -88,14 +87,22 @@ void destroyContents(ZorCollection* collection) {
     }
 }
 
+// Takes an entry out of the map. Its object, or null.
+void* take(ZorMapEntry** map, char const* name) {
+    StringRef const key(ZorString::create(name, -1));
+    void* const object = zor_mapGet(map, key.get());
+    zor_mapRemove(map, key.get());
+    return object;
+}
+
 // Takes all objects out of the map, each listed once. New reference.
 // Kept: an entry is removed by the object's own name. One that is stored under another key stays,
 // with a null value.
 ZorListNode* takeAll(ZorMapEntry** map, ObjectKind const& kind) {
     ListBuilder objects;
-    std::set<void const*> listed;
+    AddressSet listed;
     forEachEntry(map, [&](ZorMapEntry const& entry) {
-        if (entry.value && listed.insert(entry.value).second) objects.append(entry.value);
+        if (entry.value && listed.add(entry.value)) objects.append(entry.value);
     });
     for (ZorListNode const* node = objects.first(); node; node = node->next) {
         zor_mapRemove(map, kind.ownName(node->value));
@@ -277,21 +284,16 @@ void ZorCollection::setDocument(ZorDocument* document, void const* documentName)
 }
 
 void ZorCollection::deleteSchema(char const* schemaName) {
-    StringRef const key(ZorString::create(schemaName, -1));
     LockHolder const holder(lock);
-    auto* const schema = static_cast<ZorSchema*>(zor_mapGet(schemas, key.get()));
-    zor_mapRemove(schemas, key.get());
+    auto* const schema = static_cast<ZorSchema*>(take(schemas, schemaName));
     if (!schema) return;
     deleteDocumentsOf(this, schema);
     delete schema;
 }
 
 void ZorCollection::deleteDocument(char const* documentName) {
-    StringRef const key(ZorString::create(documentName, -1));
     LockHolder const holder(lock);
-    auto* const document = static_cast<ZorDocument*>(zor_mapGet(documents, key.get()));
-    zor_mapRemove(documents, key.get());
-    delete document;
+    delete static_cast<ZorDocument*>(take(documents, documentName));
 }
 
 void ZorCollection::deleteCollection(char const* collectionName) {
@@ -307,9 +309,9 @@ void ZorCollection::deleteCollection(char const* collectionName) {
 
 void ZorCollection::deleteAllSchemas() {
     LockHolder const holder(lock);
-    RootNodes roots;
+    AddressSet roots;
     forEachEntry(schemas, [&roots](ZorMapEntry const& entry) {
-        if (entry.value) roots.insert(static_cast<ZorSchema const*>(entry.value)->rootNode);
+        if (entry.value) roots.add(static_cast<ZorSchema const*>(entry.value)->rootNode);
     });
     ListRef const objects(takeAll(schemas, kSchemas));
     Removed(kDocuments).takeIf(documents, isDocumentOfOneOf, &roots);

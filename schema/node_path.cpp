@@ -4,13 +4,14 @@
 
 #include <cstring>
 #include <memory>
-#include <set>
 #include <string>
 #include <utility>
 
+#include "foundation/address_set.h"
 #include "foundation/list_builder.h"
 #include "incident/raise.h"
 
+using zor_internal::AddressSet;
 using zor_internal::ListBuilder;
 using zor_internal::raiseError;
 
@@ -43,7 +44,7 @@ public:
     bool visit() { return ++*visited <= kMostVisits; }
 
     void append(ZorSchemaNode* node) {
-        if (!bounded || once.insert(node).second || twice.insert(node).second) nodes.append(node);
+        if (!bounded || once.add(node) || twice.add(node)) nodes.append(node);
     }
 
     bool isEmpty() const { return !nodes.first(); }
@@ -54,8 +55,8 @@ private:
     bool bounded;
     long* visited;
     ListBuilder nodes;
-    std::set<void const*> once; // what was appended so often, if bounded
-    std::set<void const*> twice;
+    AddressSet once; // what was appended so often, if bounded
+    AddressSet twice;
 };
 
 void appendMatchingChildren(Found& found, ZorSchemaNode const* node, Segment segment) {

@@ -3,13 +3,14 @@
 #include "zor/types.h"
 
 #include <memory>
-#include <set>
 
+#include "foundation/address_set.h"
 #include "foundation/list_ref.h"
 #include "platform/lock_holder.h"
 #include "types/range_params.h"
 #include "types/type_table.h"
 
+using zor_internal::AddressSet;
 using zor_internal::ListRef;
 using zor_internal::LockHolder;
 using zor_internal::TypeTable;
@@ -22,11 +23,10 @@ RangeParams* paramsOf(ZorDataType* range) { return static_cast<RangeParams*>(ran
 
 // A range over a type of the same list goes on with that type's copy: the copies must not depend
 // on types that die with another set.
-void rebindToCopy(TypeTable const& copies, std::set<void const*> const& sources,
-                  ZorDataType const* source) {
+void rebindToCopy(TypeTable const& copies, AddressSet const& sources, ZorDataType const* source) {
     ZorDataType* const copy = copies.find(source->name);
     ZorDataType* const base = zor_rangeBaseType(copy);
-    if (base && sources.count(base) > 0) paramsOf(copy)->baseType = copies.find(base->name);
+    if (base && sources.has(base)) paramsOf(copy)->baseType = copies.find(base->name);
 }
 
 ZorString* unshared(ZorString* string) {
@@ -52,9 +52,9 @@ void unshareStrings(ZorDataType* copy) {
 // Copies of the types, of which it takes no ownership; of two with one name, of the first.
 ZorMapEntry** copiesOf(ZorListNode* sources) {
     TypeTable copies;
-    std::set<void const*> sourceSet;
+    AddressSet sourceSet;
     for (ZorListNode const* node = sources; node; node = node->next) {
-        sourceSet.insert(typeAt(node));
+        sourceSet.add(typeAt(node));
         auto copy = std::make_unique<ZorDataType>(typeAt(node));
         unshareStrings(copy.get());
         copies.add(std::move(copy));

@@ -1,12 +1,12 @@
 // Element rules: reference-counted, possibly shared, possibly cyclic.
 
-#include <set>
-
+#include "foundation/address_set.h"
 #include "foundation/list_builder.h"
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
 #include "zor/xml.h"
 
+using zor_internal::AddressSet;
 using zor_internal::ListBuilder;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
@@ -28,14 +28,14 @@ void appendTo(ZorListNode** list, void* value) {
 bool isReachable(ZorElementParseRules const* wanted, ZorElementParseRules* start) {
     if (start == wanted) return true;
     if (!start->innerRules) return false;
-    std::set<void const*> met;
+    AddressSet met;
     ListBuilder open; // each rule that was met, with those still to enter at the end
-    met.insert(start);
+    met.add(start);
     open.append(start);
     for (ZorListNode const* at = open.first(); at; at = at->next) {
         for (ZorListNode const* node = ruleAt(at)->innerRules; node; node = node->next) {
             if (node->value == wanted) return true;
-            if (met.insert(node->value).second) open.append(node->value);
+            if (met.add(node->value)) open.append(node->value);
         }
     }
     return false;
