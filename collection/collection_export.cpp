@@ -45,12 +45,17 @@ private:
     ZorStringWriter text;
 };
 
-// One object, wrapped; empty when there is none.
 template <typename T>
-std::string wrappedObject(ZorCollection const* collection, T* object) {
+void exportObject(void* object, ZorDataWriter* writer) {
+    static_cast<T*>(object)->exportXML(writer);
+}
+
+// One object, wrapped; empty when there is none.
+std::string wrappedObject(ZorCollection const* collection, void* object,
+                          void (*writeObject)(void* object, ZorDataWriter* writer)) {
     if (!object) return std::string();
     WrappedText wrapped(collection);
-    object->exportXML(wrapped.writer());
+    writeObject(object, wrapped.writer());
     return wrapped.finish();
 }
 
@@ -119,17 +124,17 @@ void ZorCollection::exportXML(ZorDataWriter* writer) {
 
 std::string ZorCollection::exportSchema(char const* schemaName) {
     StringRef const key(ZorString::create(schemaName, -1));
-    return wrappedObject(this, getSchema(key.get()));
+    return wrappedObject(this, getSchema(key.get()), exportObject<ZorSchema>);
 }
 
 std::string ZorCollection::exportDocument(char const* documentName) {
     StringRef const key(ZorString::create(documentName, -1));
-    return wrappedObject(this, getDocument(key.get()));
+    return wrappedObject(this, getDocument(key.get()), exportObject<ZorDocument>);
 }
 
 std::string ZorCollection::exportCollection(char const* collectionName) {
     StringRef const key(ZorString::create(collectionName, -1));
-    return wrappedObject(this, getCollection(key.get()));
+    return wrappedObject(this, getCollection(key.get()), exportObject<ZorCollection>);
 }
 
 std::string ZorCollection::exportAllDocumentsAndSchemas() {
