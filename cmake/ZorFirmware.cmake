@@ -20,6 +20,8 @@ function(build_small library)
     target_compile_options(${target} PRIVATE ${small_code})
   endforeach()
   if(BUILD_SHARED_LIBS)
-    target_link_options(${library} PRIVATE ${small_code} LINKER:-Bsymbolic-functions)
+    # Without tables for unwinding, nothing needs an index of them.
+    target_link_options(${library} PRIVATE ${small_code}
+      LINKER:-Bsymbolic-functions,--no-eh-frame-hdr)
   endif()
 endfunction()
