@@ -5,8 +5,10 @@
 // Prints a line for each item: the bytes asked for, the bytes that the blocks take, the number of
 // blocks, and what the item is, between tabs. scripts/footprint makes a table of it.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <list>
 #include <memory>
 #include <string>
 
@@ -95,7 +97,7 @@ void printNodes() {
     Fill const items = [](ZorCollection& store, int count) {
         makeItems(store, count, "int", nullptr);
     };
-    printEach("a data node without default, or with a number", items);
+    printEach("a data node without default, or with an int", items);
     printEach(
         "a data node with a text of up to 32 characters",
         [](ZorCollection& store, int count) { makeItems(store, count, "string", "Reception"); });
@@ -143,6 +145,38 @@ void printResults() {
     print("a result of a select", liveUsage() - before, kMany);
 }
 
+// How many cells of all documents count.
+long cellsOf(ZorCollection& store, bool (*counts)(ZorValueNode const& cell)) {
+    std::list<ZorDocument*> documents;
+    store.getDocuments(documents);
+    long number = 0;
+    for (ZorDocument const* const document : documents) {
+        ZorValueNode const* const end =
+            document->values + document->rootNode->countRequiredValueNodes();
+        number += std::count_if<ZorValueNode const*>(document->values, end, counts);
+    }
+    return number;
+}
+
+int nodesBelow(ZorSchemaNode const* node) {
+    int number = 0;
+    for (ZorSchemaNode const* child = node->firstChild; child; child = child->next) {
+        number += 1 + nodesBelow(child);
+    }
+    return number;
+}
+
+// Without those of the default schema, which every collection has.
+int nodesOf(ZorCollection& store) {
+    std::list<ZorSchema*> schemas;
+    store.getSchemas(schemas);
+    int number = 0;
+    for (ZorSchema const* const schema : schemas) {
+        if (schema != store.defaultSchema) number += nodesBelow(schema->rootNode);
+    }
+    return number;
+}
+
 void printTelephone(std::string const& directory) {
     Usage const before = liveUsage();
     restartPeak();
@@ -150,9 +184,18 @@ void printTelephone(std::string const& directory) {
     store.importFromFile((directory + "/definition.xml").c_str());
     Usage const schemas = liveUsage() - before;
     store.importFromFile((directory + "/config.xml").c_str());
-    print("desk phone: 138 nodes and their types", schemas);
-    print("desk phone: with 4,703 values, 2,354 of them set", liveUsage() - before);
-    print("desk phone: at most, while its files are read", peakUsage() - before);
+    Usage const all = liveUsage() - before;
+    Usage const highest = peakUsage() - before;
+    long const cells = cellsOf(store, [](ZorValueNode const&) { return true; });
+    long const changed = cellsOf(
+        store, [](ZorValueNode const& cell) { return (cell.flags & ZorValueNode::changed) != 0; });
+    std::string const nodes = std::to_string(nodesOf(store));
+    print(("desk phone: " + nodes + " nodes and their types").c_str(), schemas);
+    print(("desk phone: with " + std::to_string(cells) + " values, " + std::to_string(changed) +
+           " of them set")
+              .c_str(),
+          all);
+    print("desk phone: at most, while its files are read", highest);
 }
 
 // Every item is measured in silence, or not at all.
