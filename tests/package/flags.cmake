@@ -12,12 +12,13 @@ get_target_property(platform_sources zor_platform SOURCES)
 list(APPEND library_sources ${platform_sources})
 list(TRANSFORM library_sources PREPEND "${PROJECT_SOURCE_DIR}/")
 
-# add_variant(target SHARED|STATIC): the library once more.
+# add_variant(target SHARED|STATIC): the library once more. Tools that read all compilations do not
+# have to look at the sources twice.
 function(add_variant target kind)
   add_library(${target} ${kind} ${library_sources})
   target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}")
   target_link_libraries(${target} PRIVATE zor_warnings EXPAT::EXPAT Threads::Threads)
-  set_target_properties(${target} PROPERTIES
+  set_target_properties(${target} PROPERTIES EXPORT_COMPILE_COMMANDS OFF
     CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
 endfunction()
 
@@ -25,6 +26,7 @@ add_variant(zor_firmware SHARED)
 build_small(zor_firmware)
 target_link_options(zor_firmware PRIVATE "LINKER:--version-script=${version_script}")
 add_same_bytes_program(zor_same_bytes_firmware zor_firmware -fno-rtti)
+set_target_properties(zor_same_bytes_firmware PROPERTIES EXPORT_COMPILE_COMMANDS OFF)
 add_test(NAME Package.FirmwareWritesTheSameBytes
   COMMAND "${CMAKE_COMMAND}" "-DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}"
     "-DPROGRAM=$<TARGET_FILE:zor_same_bytes_firmware>"
