@@ -6,6 +6,7 @@
 
 #pragma once
 
+#include <algorithm>
 #include <climits>
 
 #include "zor/schema.h"
@@ -42,22 +43,17 @@ private:
     static constexpr Count kResultsPerCell = 4;
     static constexpr Count kVisits = 4194304;
     static constexpr Count kVisitsPerCell = 64;
+    // More do not count: a counter can still pass what they allow.
+    static constexpr Count kCells = (ULONG_MAX - 1 - kVisits) / kVisitsPerCell;
 
     // Counts the cells, which takes a walk over the schema, only when there is much to find.
     void extend() {
         if (extended) return;
         extended = true;
-        auto const cells = static_cast<Count>(rootNode->countRequiredValueNodes());
-        results = plus(results, kResultsPerCell, cells);
-        visits = plus(visits, kVisitsPerCell, cells);
-    }
-
-    // base + perCell x cells, or the most that a counter still can pass.
-    static Count plus(Count base, Count perCell, Count cells) {
-        Count sum;
-        bool const beyond = __builtin_mul_overflow(perCell, cells, &sum) ||
-                            __builtin_add_overflow(sum, base, &sum) || sum == ULONG_MAX;
-        return beyond ? ULONG_MAX - 1 : sum;
+        auto const cells =
+            std::min(static_cast<Count>(rootNode->countRequiredValueNodes()), kCells);
+        results += kResultsPerCell * cells;
+        visits += kVisitsPerCell * cells;
     }
 
     bool giveUp() {

@@ -2,6 +2,7 @@
 
 #include "zor/text.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <cstring>
@@ -36,7 +37,7 @@ void ZorStringWriter::writeData(char const* data, int length) {
     if (needed > newCapacity) {
         if (needed > kLargestCapacity) reportOutOfMemory();
         while (newCapacity < needed) newCapacity *= 2;
-        if (newCapacity > kLargestCapacity) newCapacity = kLargestCapacity;
+        newCapacity = std::min(newCapacity, kLargestCapacity);
         char* const block = new char[newCapacity];
         std::memcpy(block, begin, static_cast<std::size_t>(used));
         if (begin != localBuffer) outgrown = begin;
