@@ -6,10 +6,16 @@ cmake_minimum_required(VERSION 3.25)
 # The list is that of g++'s release library. Other compilers and targets put other functions inline:
 # what they may need besides stands in a list of its own. EXACT also refuses what is kept and not
 # needed.
-execute_process(COMMAND "${NM}" --dynamic --demangle --undefined-only "${LIBRARY}"
+# The versions of the symbols are taken off before the names are demangled, because not every nm
+# demangles a name that has one.
+execute_process(COMMAND "${NM}" --dynamic --undefined-only "${LIBRARY}"
   OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX REPLACE "(^|\n) +[Uwv] " "\\1" listing "${listing}")
-string(REGEX REPLACE "@+[A-Z]+[_0-9.]*(\n|$)" "\\1" listing "${listing}") # the version of the symbol
+string(REGEX REPLACE "@+[A-Z]+[_0-9.]*(\n|$)" "\\1" listing "${listing}")
+find_program(CXXFILT NAMES c++filt llvm-cxxfilt REQUIRED)
+string(REGEX REPLACE "\n$" "" listing "${listing}")
+string(REPLACE "\n" ";" mangled "${listing}")
+execute_process(COMMAND "${CXXFILT}" ${mangled} OUTPUT_VARIABLE listing COMMAND_ERROR_IS_FATAL ANY)
 string(REPLACE "[abi:cxx11]" "" listing "${listing}")
 string(REPLACE "std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >"
   "std::string" listing "${listing}")
