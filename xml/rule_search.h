@@ -27,6 +27,7 @@ public:
     void forget() { searches.clear(); }
 
 private:
+    // The order of rules by their names, in which a name alone can be looked up, too.
     struct ByName {
         using is_transparent = void;
         template <typename A, typename B>

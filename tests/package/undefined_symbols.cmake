@@ -6,6 +6,7 @@ cmake_minimum_required(VERSION 3.25)
 # The list is that of g++'s release library. Other compilers and targets put other functions inline:
 # what they may need besides stands in a list of its own. EXACT also refuses what is kept and not
 # needed.
+
 # The versions of the symbols are taken off before the names are demangled, because not every nm
 # demangles a name that has one.
 execute_process(COMMAND "${NM}" --dynamic --undefined-only "${LIBRARY}"
