@@ -89,6 +89,7 @@ private:
     union PermanentStorage;
     ZOR_HIDDEN static PermanentStorage permanentStorage;
     ZOR_HIDDEN constexpr explicit ZorString(char const* permanentText);
+    ZOR_HIDDEN ZorString(char const* chars, int count);
 };
 
 // Adds one reference. A count that climbs to 0xFFFF makes the string permanent.
