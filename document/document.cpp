@@ -5,11 +5,13 @@
 #include <memory>
 #include <utility>
 
+#include "document/cell_of.h"
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
 #include "platform/lock_holder.h"
 #include "schema/document_count.h"
 
+using zor_internal::cellOf;
 using zor_internal::countDocuments;
 using zor_internal::LockHolder;
 using zor_internal::stringOf;
@@ -77,24 +79,18 @@ ZorDocument::~ZorDocument() {
 }
 
 ZorValueNode* ZorDocument::getDataItem(ZorSchemaNode* node, long occurrence, int) {
-    if (!node || !node->isDataNode()) return nullptr;
-    // First, because another thread may just be laying out the schema of another document's node.
-    if (node->getSchemaRootNode() != rootNode) return nullptr;
-    if (occurrence < 0 || occurrence >= node->totalOccurrences || node->valueIndex < 0) {
-        return nullptr;
-    }
-    return &values[node->valueIndex + occurrence];
+    return cellOf(this, node, occurrence);
 }
 
 bool ZorDocument::wasChanged(ZorSchemaNode* node, long occurrence) {
     LockHolder const holder(lock);
-    ZorValueNode const* const cell = getDataItem(node, occurrence, 0);
+    ZorValueNode const* const cell = cellOf(this, node, occurrence);
     return cell && (cell->flags & ZorValueNode::changed);
 }
 
 void ZorDocument::restoreDefault(ZorSchemaNode* node, long occurrence) {
     LockHolder const holder(lock);
-    ZorValueNode* const cell = getDataItem(node, occurrence, 0);
+    ZorValueNode* const cell = cellOf(this, node, occurrence);
     if (!cell) return;
     bool const empty = cell->flags & ZorValueNode::noValue;
     StringRef const defaultText(node->getDefaultValue());

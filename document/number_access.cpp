@@ -3,9 +3,12 @@
 
 #include "zor/document.h"
 
+#include "document/cell_of.h"
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
 
+using zor_internal::cellOf;
+using zor_internal::isData;
 using zor_internal::LockHolder;
 using zor_internal::raiseError;
 
@@ -18,13 +21,13 @@ bool readNumber(ZorDocument* document, ZorSchemaNode* node, long occurrence,
                 ZorExternalDataType kind, u_zorItemValue* external, int* isNull) {
     if (isNull) *isNull = 1;
     LockHolder const holder(document->lock);
-    if (!node || !node->isDataNode()) return false;
+    if (!isData(node)) return false;
     ZorGetExternalFn const getExternal = node->dataType->extFuncs[kind].getExternal;
     if (!getExternal) {
         raiseUnsupported();
         return false;
     }
-    ZorValueNode const* const cell = document->getDataItem(node, occurrence, 0);
+    ZorValueNode const* const cell = cellOf(document, node, occurrence);
     if (!cell || (cell->flags & ZorValueNode::noValue)) return false;
     getExternal(cell->value, external);
     if (isNull) *isNull = 0;
@@ -34,7 +37,7 @@ bool readNumber(ZorDocument* document, ZorSchemaNode* node, long occurrence,
 int writeNumber(ZorDocument* document, ZorSchemaNode* node, long occurrence,
                 ZorExternalDataType kind, u_zorItemValue external, char const* operation) {
     LockHolder const holder(document->lock);
-    if (!node || !node->isDataNode()) {
+    if (!isData(node)) {
         raiseError(nullptr, incidentInvalidArgument, operation, ": node is not a data node");
         return 0;
     }
@@ -48,7 +51,7 @@ int writeNumber(ZorDocument* document, ZorSchemaNode* node, long occurrence,
         raiseError(nullptr, incidentInvalidArgument, operation, ": value is not valid");
         return 0;
     }
-    ZorValueNode* const cell = document->getDataItem(node, occurrence, 0);
+    ZorValueNode* const cell = cellOf(document, node, occurrence);
     if (!cell) {
         raiseError(nullptr, incidentInvalidArgument, operation, ": occurrence is out of range");
         return 0;

@@ -4,11 +4,14 @@
 
 #include <cstring>
 
+#include "document/cell_of.h"
 #include "foundation/text_argument.h"
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
 #include "types/type_text.h"
 
+using zor_internal::cellOf;
+using zor_internal::isData;
 using zor_internal::LockHolder;
 using zor_internal::raiseError;
 using zor_internal::setText;
@@ -18,7 +21,7 @@ using zor_internal::validateText;
 namespace {
 
 ZorString* readText(ZorDocument* document, ZorSchemaNode* node, long occurrence) {
-    ZorValueNode const* const cell = document->getDataItem(node, occurrence, 0);
+    ZorValueNode const* const cell = cellOf(document, node, occurrence);
     if (!cell || (cell->flags & ZorValueNode::noValue)) return nullptr;
     return node->dataType->toStringFn(cell->value);
 }
@@ -48,7 +51,7 @@ void storeText(ZorDataType const* type, ZorValueNode* cell, char const* text) {
 // why nothing was.
 ZorValueNode* writeText(ZorDocument* document, ZorSchemaNode* node, long occurrence,
                         char const* text) {
-    if (!node || !node->isDataNode()) {
+    if (!isData(node)) {
         raiseError(nullptr, incidentInvalidArgument, "setStringNodeValue: node is not a data node");
         return nullptr;
     }
@@ -57,7 +60,7 @@ ZorValueNode* writeText(ZorDocument* document, ZorSchemaNode* node, long occurre
                    ") is not valid");
         return nullptr;
     }
-    ZorValueNode* const cell = document->getDataItem(node, occurrence, 0);
+    ZorValueNode* const cell = cellOf(document, node, occurrence);
     if (!cell) {
         raiseError(nullptr, incidentInvalidArgument,
                    "setStringNodeValue: occurrence is out of range");

@@ -3,7 +3,9 @@
 #include "zor/schema.h"
 
 #include "foundation/text_argument.h"
+#include "schema/root_of.h"
 
+using zor_internal::rootOf;
 using zor_internal::stringOf;
 
 ZorSchemaNode::ZorSchemaNode(e_nodeType nodeType, void const* nodeName)
@@ -76,7 +78,5 @@ bool ZorSchemaNode::isBranchNode() const { return type == BRANCH_NODE; }
 bool ZorSchemaNode::isDataNode() const { return type == DATA_NODE; }
 
 ZorSchemaNode* ZorSchemaNode::getSchemaRootNode() const {
-    ZorSchemaNode const* node = this;
-    while (node && !node->isSchemaRootNode()) node = node->parent;
-    return const_cast<ZorSchemaNode*>(node);
+    return rootOf(const_cast<ZorSchemaNode*>(this));
 }

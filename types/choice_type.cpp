@@ -23,12 +23,11 @@ ZorListNode* optionsIn(void* userData) { return static_cast<ZorListNode*>(userDa
 
 ZorString* optionAt(ZorListNode const* node) { return static_cast<ZorString*>(node->value); }
 
-int optionDiffers(void const* option, void const* text) {
-    return std::strcmp(static_cast<ZorString const*>(option)->text, static_cast<char const*>(text));
-}
-
 int choiceIsValid(void* userData, char const* text) {
-    return zor_listFindNode(optionsIn(userData), text, optionDiffers) != nullptr;
+    for (ZorListNode const* node = optionsIn(userData); node; node = node->next) {
+        if (std::strcmp(optionAt(node)->text, text) == 0) return 1;
+    }
+    return 0;
 }
 
 void choiceFreeOptions(void* userData) {

@@ -9,7 +9,7 @@ namespace zor_internal {
 namespace {
 
 int intIsValid(void*, char const* text) {
-    return decimalIsValid(text, "+-", *text == '-' ? "2147483648" : "2147483647");
+    return decimalIsValid(text, "+-", *text == '-' ? 2147483648U : 2147483647U);
 }
 
 int intCompare(void*, char const* a, char const* b) {

@@ -8,7 +8,7 @@
 namespace zor_internal {
 namespace {
 
-int uintIsValid(void*, char const* text) { return decimalIsValid(text, "+", "4294967295"); }
+int uintIsValid(void*, char const* text) { return decimalIsValid(text, "+", 4294967295U); }
 
 int uintCompare(void*, char const* a, char const* b) {
     return compareNumbers(uintFromText(a), uintFromText(b));
