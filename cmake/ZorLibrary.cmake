@@ -43,6 +43,7 @@ add_library(zor_objects OBJECT
   document/document.cpp
   document/number_access.cpp
   document/path.cpp
+  document/result_records.cpp
   document/result_set.cpp
   document/select.cpp
   document/text_access.cpp

@@ -7,13 +7,15 @@
 #include <memory>
 
 #include "document/flat_occurrence.h"
+#include "document/result_records.h"
 #include "document/text_access.h"
-#include "foundation/list_builder.h"
 #include "foundation/string_ref.h"
 #include "incident/raise.h"
 
+using zor_internal::destroyRecords;
 using zor_internal::flatOccurrence;
-using zor_internal::ListBuilder;
+using zor_internal::makeRecord;
+using zor_internal::placeOf;
 using zor_internal::raiseError;
 using zor_internal::setText;
 using zor_internal::StringRef;
@@ -32,13 +34,6 @@ unsigned int finalizedCount(ZorResultSet const* set) {
     return count;
 }
 
-void appendRecord(ZorResultSet* set, std::unique_ptr<ZorResultPointer> record) {
-    set->tail = set->head ? zor_listAddNode(set->tail, record.get()) : zor_listMake(record.get());
-    if (!set->head) set->head = set->tail;
-    (void)record.release();
-    ++set->count;
-}
-
 void freeArray(ZorResultSet* set) {
     if (set->results != &set->single) delete[] set->results;
     set->results = nullptr;
@@ -48,14 +43,14 @@ void freeArray(ZorResultSet* set) {
 void reopen(ZorResultSet* set) {
     unsigned int const count = finalizedCount(set);
     if (count == 0) return;
-    ListBuilder records;
-    for (unsigned int i = 0; i < count; ++i) records.append(set->results[i]);
+    ZorListNode* const first = placeOf(set->results[0]);
+    ZorListNode* const last = placeOf(set->results[count - 1]);
     freeArray(set);
     if (set->head)
-        zor_listJoin(records.last(), set->head);
+        zor_listJoin(last, set->head);
     else
-        set->tail = records.last();
-    set->head = records.release();
+        set->tail = last;
+    set->head = first;
 }
 
 // The result under the cursor; null, with an incident, past the end.
@@ -81,16 +76,22 @@ ZorResultSet::ZorResultSet(ZorDocument* resultDocument)
 
 ZorResultSet::~ZorResultSet() {
     unsigned int const inArray = finalizedCount(this);
-    for (ZorListNode const* node = head; node; node = node->next) delete recordAt(node);
-    zor_listDelete(head);
-    for (unsigned int i = 0; i < inArray; ++i) delete results[i];
+    destroyRecords(tail);
+    if (inArray > 0) destroyRecords(placeOf(results[inArray - 1]));
     freeArray(this);
 }
 
 void ZorResultSet::addResult(long parentFlat, ZorSchemaNode* node, long occurrence) {
-    appendRecord(this,
-                 std::make_unique<ZorResultPointer>(node, static_cast<int>(occurrence),
-                                                    flatOccurrence(parentFlat, node, occurrence)));
+    ZorListNode* const place =
+        makeRecord(tail, ZorResultPointer(node, static_cast<int>(occurrence),
+                                          flatOccurrence(parentFlat, node, occurrence)));
+    place->prev = tail;
+    if (tail)
+        tail->next = place;
+    else
+        head = place;
+    tail = place;
+    ++count;
 }
 
 void ZorResultSet::combine(ZorResultSet* other) {
@@ -105,6 +106,7 @@ void ZorResultSet::combine(ZorResultSet* other) {
     tail = other->tail;
     count += other->count;
     other->head = nullptr;
+    other->tail = nullptr;
     other->count = 0;
 }
 
@@ -114,7 +116,7 @@ void ZorResultSet::finalize() {
     results = count == 1 ? &single : new ZorResultPointer*[count];
     ZorResultPointer** at = results;
     for (ZorListNode const* node = head; node; node = node->next) *at++ = recordAt(node);
-    zor_listDelete(head);
+    // The records keep their places, which the set may come back to.
     head = nullptr;
     tail = nullptr;
 }

@@ -67,7 +67,7 @@ TEST(AllocationFailure, InAJoinOfResultSets) {
                   results->combine(documentIn(store)->select("label"));
                   results->getDefinition();
               }),
-              20);
+              15);
 }
 
 TEST(AllocationFailure, InValuesThatAreSet) {
