@@ -21,13 +21,13 @@ void raiseDefinitionError(ZORParseContext const* context, Pieces... pieces) {
 // The object that the element itself published, or null.
 template <typename T>
 T* published(ZORParseContext const* context) {
-    return static_cast<T*>(zor_XMLContextGetUserData(context));
+    return static_cast<T*>(context->userData);
 }
 
 // The object that the enclosing element published; null when that was rejected.
 template <typename T>
 T* enclosing(ZORParseContext const* context) {
-    return published<T>(zor_XMLContextGetOuterContext(context));
+    return published<T>(context->outerContext);
 }
 
 // The attribute; null after reporting `missing` or `blank` when it is absent or empty.

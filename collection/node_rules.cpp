@@ -7,7 +7,8 @@
 
 #include "collection/import_callbacks.h"
 #include "collection/import_rule_info.h"
-#include "foundation/string_ref.h"
+#include "document/text_access.h"
+#include "foundation/escape.h"
 #include "types/number_text.h"
 #include "zor/collection.h"
 
@@ -35,8 +36,7 @@ void deleteImportRuleInfo(void* info) { delete static_cast<ImportRuleInfo*>(info
 namespace {
 
 ImportRuleInfo* infoOf(ZORParseContext const* context) {
-    return static_cast<ImportRuleInfo*>(
-        zor_XMLParseRulesGetElementUserData(zor_XMLContextGetParseRules(context)));
+    return static_cast<ImportRuleInfo*>(context->parseRules->elementUserData);
 }
 
 // Starts counting anew when the enclosing element is another occurrence than last time.
@@ -81,7 +81,7 @@ void nodeStart(ZORParseContext* context) {
         return;
     }
     info->enterDocument();
-    enterParent(info, infoOf(zor_XMLContextGetOuterContext(context))->valueIndex);
+    enterParent(info, infoOf(context->outerContext)->valueIndex);
     if (!moveToAsked(context, info)) return;
     // Kept: equality only. An occurrence beyond the count goes on to whatever cell its number comes
     // to, which below a repeated branch may be another parent's; the document refuses what is none.
@@ -90,17 +90,20 @@ void nodeStart(ZORParseContext* context) {
                          node->getName(), ">");
         return;
     }
-    zor_XMLContextSetUserData(context, document);
+    context->userData = document;
 }
 
 void nodeDataEnd(ZORParseContext* context) {
     auto* const document = published<ZorDocument>(context);
     if (!document) return;
     ImportRuleInfo* const info = infoOf(context);
-    StringRef const text(unescapeCData(zor_XMLContextGetCharacterData(context)));
     // No cell has an index beyond 31 bits; as a negative number it is refused.
-    document->setStringNodeValue(info->definitionNode, static_cast<std::int32_t>(info->valueIndex),
-                                 text.get());
+    auto const occurrence = static_cast<std::int32_t>(info->valueIndex);
+    char const* const text = unescaped(context->characterData);
+    if (text == context->characterData->text)
+        giveText(document, info->definitionNode, occurrence, &context->characterData);
+    else
+        setText(document, info->definitionNode, occurrence, text);
     advance(info);
 }
 

@@ -45,6 +45,10 @@ void forEachEscapedPiece(char const* at, Take take) {
     }
 }
 
+bool isEmptyValue(ZorString const* text) {
+    return text->length == 2 && std::strcmp(text->text, kEmptyValue) == 0;
+}
+
 } // namespace
 
 std::string zor_internal::escaped(char const* text) {
@@ -52,6 +56,11 @@ std::string zor_internal::escaped(char const* text) {
     forEachEscapedPiece(
         text, [&result](char const* chars, std::size_t length) { result.append(chars, length); });
     return result;
+}
+
+char const* zor_internal::unescaped(ZorString const* text) {
+    if (text->length == 0) return nullptr;
+    return isEmptyValue(text) ? "" : text->text;
 }
 
 ZorString* escapeCData(void const* text) {
@@ -68,6 +77,5 @@ ZorString* unescapeCData(void const* text) {
     int const length = zor_isString(text) ? static_cast<ZorString const*>(text)->length : -1;
     if (length == 0 || (length == -1 && !*chars)) return nullptr;
     StringRef copy(ZorString::create(chars, length));
-    bool const isEmptyValue = copy.get()->length == 2 && std::strcmp(copy.text(), kEmptyValue) == 0;
-    return isEmptyValue ? ZorString::create(nullptr, 0) : copy.release();
+    return isEmptyValue(copy.get()) ? ZorString::create(nullptr, 0) : copy.release();
 }

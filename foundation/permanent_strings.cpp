@@ -93,8 +93,10 @@ ZorString* zor_internal::findPermanent(char const* chars, int length) {
     for (int i = kFirstOfLength[length]; i < ZorString::stdCount; ++i) {
         ZorString* const candidate = ZorString::stdZorStringContainer[i];
         if (candidate->length != length) return nullptr;
-        if (length == 0 || std::memcmp(chars, candidate->text, static_cast<unsigned>(length)) == 0)
+        if (length == 0 || (chars[0] == candidate->text[0] &&
+                            std::memcmp(chars, candidate->text, unsigned(length)) == 0)) {
             return candidate;
+        }
     }
     return nullptr;
 }

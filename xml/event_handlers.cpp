@@ -6,6 +6,7 @@
 #include "xml/event_handlers.h"
 
 #include <memory>
+#include <utility>
 
 #include "incident/raise.h"
 #include "xml/parse_context.h"
@@ -23,7 +24,7 @@ ZORParseContext*& slotAt(void* userData) { return *static_cast<ZORParseContext**
 
 bool hasFailed(ZORParseContext const* context) {
     ZorIncidentContext const* const incidents = context->parser->incidentContext;
-    return incidents && incidents->getMaxIncidentSeverity() >= severityError;
+    return incidents && incidents->maxIncidentSeverity >= severityError;
 }
 
 // Makes the collected text what the end callback is promised.
@@ -35,17 +36,20 @@ void finishText(ZORParseContext* context) {
     }
 }
 
-void startElement(ZORParseContext*& current, char const* name, char const** attributes) {
+void startElement(ParseRun* run, ZORParseContext*& current, char const* name,
+                  char const** attributes) {
     // Kept: the messages of the new context come before the test, so a warning among them lifts an
     // earlier error.
-    auto opened = std::make_unique<ZORParseContext>(current, name, attributes);
+    std::unique_ptr<ZORParseContext> opened =
+        run ? run->open(current, name, attributes)
+            : std::make_unique<ZORParseContext>(current, name, attributes);
     if (hasFailed(opened.get())) return;
     current = opened.release();
     ZorElementParseRules const* const rules = current->parseRules;
     if (rules && rules->startElement) rules->startElement(current);
 }
 
-void collectText(ZORParseContext* current, char const* text, int length) {
+void collectText(ParseRun* run, ZORParseContext* current, char const* text, int length) {
     ZorElementParseRules const* const rules = current->parseRules;
     if (hasFailed(current) || !rules || rules->characterData == ignoreCharacterData) return;
     int const collected = current->characterData ? current->characterData->length : 0;
@@ -54,12 +58,14 @@ void collectText(ZORParseContext* current, char const* text, int length) {
         disregard(current);
         return;
     }
-    current->characterData = current->characterData
-                                 ? current->characterData->append(1, text, length)
-                                 : ZorString::create(text, length);
+    if (current->characterData)
+        current->characterData = current->characterData->append(1, text, length);
+    else
+        current->characterData =
+            run ? run->makeText(text, length) : ZorString::create(text, length);
 }
 
-void endElement(ZORParseContext*& current, char const* name) {
+void endElement(ParseRun* run, ZORParseContext*& current, char const* name) {
     ZorElementParseRules const* const rules = current->parseRules;
     if (!hasFailed(current) && rules) {
         finishText(current);
@@ -73,32 +79,39 @@ void endElement(ZORParseContext*& current, char const* name) {
         return;
     }
     // Kept: also after an error, although no start tag opened a context then.
-    std::unique_ptr<ZORParseContext> const closed(current);
+    std::unique_ptr<ZORParseContext> closed(current);
     current = closed->outerContext;
+    if (run) run->close(std::move(closed));
 }
 
 // Lets no exception out into the parser that called.
 template <typename Handle>
 void guarded(void* userData, Handle handle) {
     ZORParseContext*& current = slotAt(userData);
-    if (ParseRun* const run = ParseRun::of(current->parser))
-        run->guard([&] { handle(current); });
+    ParseRun* const run = ParseRun::of(current->parser);
+    if (run)
+        run->guard([&] { handle(run, current); });
     else
-        handle(current);
+        handle(run, current);
 }
 
 } // namespace
 
 void zor_internal::onStartElement(void* userData, char const* name, char const** attributes) {
-    guarded(userData, [=](ZORParseContext*& current) { startElement(current, name, attributes); });
+    guarded(userData, [=](ParseRun* run, ZORParseContext*& current) {
+        startElement(run, current, name, attributes);
+    });
 }
 
 void zor_internal::onCharacterData(void* userData, char const* text, int length) {
-    guarded(userData, [=](ZORParseContext* current) { collectText(current, text, length); });
+    guarded(userData, [=](ParseRun* run, ZORParseContext* current) {
+        collectText(run, current, text, length);
+    });
 }
 
 void zor_internal::onEndElement(void* userData, char const* name) {
-    guarded(userData, [=](ZORParseContext*& current) { endElement(current, name); });
+    guarded(userData,
+            [=](ParseRun* run, ZORParseContext*& current) { endElement(run, current, name); });
 }
 
 // An attribute's default is added to every element, and the limit on what entities expand to does

@@ -21,6 +21,7 @@ ParseRun::ParseRun(ZorXmlParser* running) : parser(running), temporary(!running-
 }
 
 ParseRun::~ParseRun() {
+    if (spareText) spareText->removeRef();
     if (temporary) {
         delete parser->incidentContext;
         parser->incidentContext = nullptr;
@@ -29,10 +30,27 @@ ParseRun::~ParseRun() {
     }
 }
 
-ParseRun* ParseRun::of(ZorXmlParser const* parser) {
-    if (!parser->incidentContext) return nullptr;
-    // A callback that was left by an exception may have left frames of its own behind.
-    ZorIncidentContext const* frame = parser->incidentContext->top;
+std::unique_ptr<ZORParseContext> ParseRun::open(ZORParseContext* outer, char const* name,
+                                                char const** attributes) {
+    Block block = std::move(spareContext);
+    if (!block) block.reset(::operator new(sizeof(ZORParseContext)));
+    auto* const opened = new (block.get()) ZORParseContext(outer, name, attributes);
+    (void)block.release();
+    return std::unique_ptr<ZORParseContext>(opened);
+}
+
+void ParseRun::close(std::unique_ptr<ZORParseContext> context) {
+    if (!spareText && context->characterData && context->characterData->refCount == 1) {
+        spareText = std::exchange(context->characterData, nullptr);
+    }
+    if (spareContext) return;
+    ZORParseContext* const closed = context.release();
+    closed->~ZORParseContext();
+    spareContext.reset(closed);
+}
+
+// A callback that was left by an exception may have left frames of its own behind.
+ParseRun* ParseRun::below(ZorIncidentContext const* frame) {
     while (frame && frame->render != renderPosition) frame = frame->outer;
     return frame ? static_cast<ParseRun*>(frame->renderData) : nullptr;
 }

@@ -27,7 +27,7 @@ ZorElementParseRules* findRule(ZorElementParseRules const* outer, char const* na
     return nullptr;
 }
 
-ZorElementParseRules* RuleSearches::find(ZorElementParseRules const* outer, char const* name) {
+ZorElementParseRules* RuleSearches::search(ZorElementParseRules const* outer, char const* name) {
     ZorListNode const* node = outer->innerRules;
     for (long i = 0; node && i < kShortWalk; ++i, node = node->next) {
         if (isNamed(node, name)) return ruleAt(node);
