@@ -2,6 +2,7 @@
 
 #include "zor/document.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -24,8 +25,8 @@ class Cells {
 public:
     explicit Cells(ZorSchemaNode* root) : rootNode(root) {
         auto const count = static_cast<std::size_t>(rootNode->countRequiredValueNodes());
-        cells = new ZorValueNode[count]();
-        for (std::size_t i = 0; i < count; ++i) cells[i].flags = ZorValueNode::noValue;
+        cells = new ZorValueNode[count];
+        std::fill_n(cells, count, ZorValueNode{u_zorItemValue{}, ZorValueNode::noValue});
     }
     Cells(Cells const&) = delete;
     Cells& operator=(Cells const&) = delete;

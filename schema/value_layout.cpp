@@ -10,9 +10,12 @@
 
 #include "schema/child_index.h"
 #include "schema/document_count.h"
+#include "types/number_value.h"
 
 using zor_internal::buildChildIndex;
 using zor_internal::liveDocuments;
+using zor_internal::numberCopy;
+using zor_internal::numberFree;
 
 namespace {
 
@@ -68,6 +71,21 @@ void setValue(ZorValueNode& cell, u_zorItemValue value) {
     cell.flags = static_cast<unsigned char>(cell.flags & ~ZorValueNode::noValue);
 }
 
+// Whether values of the type are plain numbers, which are copied as they are and need no release. A
+// call for each of thousands of cells was most of the time of making a document.
+bool isPlainNumber(ZorDataType const* type) {
+    return type->copyValueFn == numberCopy && type->freeValueFn == numberFree;
+}
+
+void setToDefault(ZorValueNode* cell, ZorValueNode const* end, ZorSchemaNode const* node) {
+    ZorCopyValueFn const copyValue = node->dataType->copyValueFn;
+    if (isPlainNumber(node->dataType)) {
+        for (; cell < end; ++cell) setValue(*cell, node->defaultValue);
+        return;
+    }
+    for (; cell < end; ++cell) setValue(*cell, copyValue(node->defaultValue));
+}
+
 bool hasDefault(ZorSchemaNode const* node) {
     return node->dataType && !(node->flags & ZorSchemaNode::noDefault);
 }
@@ -80,12 +98,8 @@ long ZorSchemaNode::makeValueNodes(ZorValueNode* cells, long startIndex, long mu
     bool const open = isOpen(this);
     return visitBlocks(this, 0, multiplier, [=](ZorSchemaNode* node, long first, long count) {
         if (open) node->valueIndex = static_cast<int>(startIndex + first);
-        for (long i = first; i < first + count; ++i) {
-            if (hasDefault(node))
-                setValue(cells[i], node->dataType->copyValueFn(node->defaultValue));
-            else
-                cells[i].flags |= ZorValueNode::noValue;
-        }
+        if (hasDefault(node)) return setToDefault(cells + first, cells + first + count, node);
+        for (long i = first; i < first + count; ++i) cells[i].flags |= ZorValueNode::noValue;
     });
 }
 
@@ -105,6 +119,7 @@ long ZorSchemaNode::copyValueNodes(ZorValueNode const* from, ZorValueNode* to, l
 
 long ZorSchemaNode::freeValueNodes(ZorValueNode* cells, long multiplier) {
     return visitBlocks(this, 0, multiplier, [=](ZorSchemaNode* node, long first, long count) {
+        if (!node->dataType || isPlainNumber(node->dataType)) return;
         for (long i = first; i < first + count; ++i) {
             if (!(cells[i].flags & ZorValueNode::noValue)) {
                 node->dataType->freeValueFn(cells[i].value);
