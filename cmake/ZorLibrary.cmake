@@ -34,6 +34,7 @@ add_library(zor_objects OBJECT
   types/type_collection.cpp
   types/type_operations.cpp
   types/uint_type.cpp
+  types/value_text.cpp
   schema/child_index.cpp
   schema/name_cache.cpp
   schema/node_path.cpp

@@ -1,8 +1,7 @@
 // "ip_address" and "ip_mask": dotted quads, held as one number with the first octet on top.
 
-#include <cstdio>
-
 #include "types/builtin_makers.h"
+#include "types/number_text.h"
 #include "types/number_value.h"
 
 namespace zor_internal {
@@ -45,13 +44,14 @@ void addressSetFromString(u_zorItemValue* value, char const* text) {
 }
 
 ZorString* addressToString(u_zorItemValue value) {
-    auto const octet = [value](int shift) {
-        return static_cast<unsigned>(value.uintValue >> shift) & 0xFFU;
-    };
-    char buffer[sizeof "255.255.255.255"];
-    int const length = std::snprintf(buffer, sizeof buffer, "%u.%u.%u.%u", octet(24), octet(16),
-                                     octet(8), octet(0));
-    return ZorString::create(buffer, length);
+    char buffer[kLongestDecimal + sizeof "255.255.255"];
+    char* const end = buffer + sizeof buffer;
+    char* at = end;
+    for (int shift = 0; shift < 32; shift += 8) {
+        if (shift > 0) *--at = '.';
+        at = writeDecimal(static_cast<std::uint32_t>(value.uintValue >> shift) & 0xFFU, false, at);
+    }
+    return ZorString::create(at, static_cast<int>(end - at));
 }
 
 ZorDataType* makeType(char const* name, ZorValidateFn validate, ZorExtValidateFn accept) {

@@ -20,16 +20,16 @@ u_zorItemValue intFromString(char const* text) { return intValueOf(intFromText(t
 
 void intSetFromString(u_zorItemValue* value, char const* text) { *value = intFromString(text); }
 
-ZorString* intToString(u_zorItemValue value) {
+} // namespace
+
+ZorString* intToText(u_zorItemValue value) {
     return textFromInt(static_cast<std::int32_t>(value.intValue));
 }
-
-} // namespace
 
 ZorDataType* makeIntType() {
     auto* const type =
         new ZorDataType("int", "0", nullptr, intIsValid, intCompare, nullptr, intFromString,
-                        numberCopy, numberFree, intSetFromString, intToString, nullptr);
+                        numberCopy, numberFree, intSetFromString, intToText, nullptr);
     zor_dataTypeSetConversionFuncs(type, zorExtLong, numberToInternal, numberSetInternal,
                                    numberGetInt, numberIsInt32, numberCompareInt);
     return type;

@@ -107,16 +107,20 @@ bool readNonFinite(char const* text, double* number) {
 }
 
 ZorString* textFromDecimal(std::uint32_t magnitude, bool negative) {
-    char buffer[sizeof "-4294967295"];
+    char buffer[kLongestDecimal];
     char* const end = buffer + sizeof buffer;
-    char* at = end;
-    do *--at = static_cast<char>('0' + magnitude % 10);
-    while (magnitude /= 10);
-    if (negative) *--at = '-';
-    return ZorString::create(at, static_cast<int>(end - at));
+    char const* const begin = writeDecimal(magnitude, negative, end);
+    return ZorString::create(begin, static_cast<int>(end - begin));
 }
 
 } // namespace
+
+char* writeDecimal(std::uint32_t magnitude, bool negative, char* end) {
+    do *--end = static_cast<char>('0' + magnitude % 10);
+    while (magnitude /= 10);
+    if (negative) *--end = '-';
+    return end;
+}
 
 std::int32_t intFromText(char const* text) {
     using Limits = std::numeric_limits<std::int32_t>;
@@ -146,8 +150,7 @@ int floatFromText(char const* text, double* value) {
 }
 
 ZorString* textFromInt(std::int32_t value) {
-    auto const number = static_cast<std::uint32_t>(value);
-    return textFromDecimal(value < 0 ? 0 - number : number, value < 0);
+    return textFromDecimal(magnitudeOf(value), value < 0);
 }
 
 ZorString* textFromUInt(std::uint32_t value) { return textFromDecimal(value, false); }

@@ -22,6 +22,17 @@ std::uint32_t uintFromText(char const* text);
 // ignored. "0x." is not a number here, and parentheses behind "nan" are not looked at.
 int floatFromText(char const* text, double* value);
 
+constexpr int kLongestDecimal = sizeof "-4294967295" - 1;
+
+inline std::uint32_t magnitudeOf(std::int32_t value) {
+    auto const number = static_cast<std::uint32_t>(value);
+    return value < 0 ? 0 - number : number;
+}
+
+// Writes the digits of a number, behind a minus sign if it is negative, up to `end`, and returns
+// where they begin. REQUIRES: there is room for kLongestDecimal characters before `end`.
+char* writeDecimal(std::uint32_t magnitude, bool negative, char* end);
+
 // Like printf's "%ld", "%lu" and "%.15g". New reference.
 ZorString* textFromInt(std::int32_t value);
 ZorString* textFromUInt(std::uint32_t value);

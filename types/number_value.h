@@ -16,6 +16,10 @@ inline u_zorItemValue numberCopy(u_zorItemValue value) { return value; }
 
 inline void numberFree(u_zorItemValue) {}
 
+// The texts of "int" and "uint". New reference.
+ZorString* intToText(u_zorItemValue value);
+ZorString* uintToText(u_zorItemValue value);
+
 inline u_zorItemValue intValueOf(long number) {
     u_zorItemValue value;
     value.intValue = number;

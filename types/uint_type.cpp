@@ -18,16 +18,16 @@ u_zorItemValue uintFromString(char const* text) { return uintValueOf(uintFromTex
 
 void uintSetFromString(u_zorItemValue* value, char const* text) { *value = uintFromString(text); }
 
-ZorString* uintToString(u_zorItemValue value) {
+} // namespace
+
+ZorString* uintToText(u_zorItemValue value) {
     return textFromUInt(static_cast<std::uint32_t>(value.uintValue));
 }
-
-} // namespace
 
 ZorDataType* makeUIntType() {
     auto* const type =
         new ZorDataType("uint", "0", nullptr, uintIsValid, uintCompare, nullptr, uintFromString,
-                        numberCopy, numberFree, uintSetFromString, uintToString, nullptr);
+                        numberCopy, numberFree, uintSetFromString, uintToText, nullptr);
     zor_dataTypeSetConversionFuncs(type, zorExtULong, numberToInternal, numberSetInternal,
                                    numberGetUInt, numberIsUInt32, numberCompareUInt);
     return type;
