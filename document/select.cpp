@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "document/flat_occurrence.h"
 #include "document/path.h"
@@ -24,17 +25,40 @@ using zor_internal::textOf;
 
 namespace {
 
+// One occurrence of a node, on the way to the results: what a step needs of the one before.
+struct Place {
+    ZorSchemaNode* node;
+    int flat;
+};
+
+// Where a step puts what it finds: in a result set, or, with half the memory, in a list of places.
+struct Found {
+    ZorResultSet* results;
+    std::vector<Place>* places; // or null
+    unsigned long count = 0;
+
+    void add(int parentFlat, ZorSchemaNode* node, int occurrence) {
+        ++count;
+        if (places)
+            places->push_back({node, flatOccurrence(parentFlat, node, occurrence)});
+        else
+            results->addResult(parentFlat, node, occurrence);
+    }
+};
+
 // One step of a path on its way through the tree.
 class Step {
 public:
     // `last` steps report data nodes, too; the others pass through branches only.
-    Step(XPathStep const& parsed, bool last, ZorResultSet* results, SelectLimit* selectLimit)
-        : step(parsed), wildcard(parsed.name->text[0] == '*'), isLast(last), found(results),
-          limit(selectLimit) {}
+    Step(XPathStep const& parsed, bool last, Found* target, SelectLimit* selectLimit)
+        : step(parsed), wildcard(parsed.name->text[0] == '*'), isLast(last), found(target),
+          limit(selectLimit) {
+        limit->startStep();
+    }
 
     // Adds what the step finds below one occurrence of a node. Whether it found anything.
     bool searchBelow(ZorSchemaNode* node, int flat) {
-        unsigned const before = found->count;
+        unsigned long const before = found->count;
         ZorSchemaNode* const match = wildcard ? nullptr : childOf(node);
         if (!wildcard && !step.descendant) {
             if (match) addOccurrences(match, flat);
@@ -42,9 +66,10 @@ public:
         }
         for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
             if (!limit->visit()) break;
+            bool const isBranch = child->type == ZorSchemaNode::BRANCH_NODE;
             bool const matches = wildcard || child == match;
-            if (matches && (isLast || child->isBranchNode())) addOccurrences(child, flat);
-            if (step.descendant && child->isBranchNode()) searchOccurrences(child, flat);
+            if (matches && (isLast || isBranch)) addOccurrences(child, flat);
+            if (isBranch && step.descendant) searchOccurrences(child, flat);
         }
         return found->count != before;
     }
@@ -64,7 +89,7 @@ private:
         int const count = node->getOccurrences();
         int const first = step.occurrence < 0 ? 0 : step.occurrence;
         int const end = step.occurrence < 0 || step.occurrence >= count ? count : first + 1;
-        for (int i = first; i < end && limit->find(); ++i) found->addResult(parentFlat, node, i);
+        for (int i = first; i < end && limit->find(); ++i) found->add(parentFlat, node, i);
     }
 
     // Applies the same step below every occurrence of a branch.
@@ -87,40 +112,30 @@ private:
     XPathStep const& step;
     bool wildcard;
     bool isLast;
-    ZorResultSet* found;
+    Found* found;
     SelectLimit* limit;
 };
-
-// What the step finds under the entries of `context`, as far as the limit allows. Null stands for
-// the root alone.
-std::unique_ptr<ZorResultSet> applyStep(ZorDocument* document, ZorResultSet const* context,
-                                        XPathStep const& parsed, bool last, SelectLimit* limit) {
-    auto found = std::make_unique<ZorResultSet>(document);
-    Step step(parsed, last, found.get(), limit);
-    limit->startStep();
-    if (!context) {
-        if (limit->visit()) step.searchBelow(document->rootNode, 0);
-        return found;
-    }
-    for (ZorListNode const* at = context->head; at && limit->visit(); at = at->next) {
-        auto const* const entry = static_cast<ZorResultPointer const*>(at->value);
-        step.searchBelow(entry->node, entry->flat);
-    }
-    return found;
-}
 
 // What the path reaches, in an array; null when that is too much.
 std::unique_ptr<ZorResultSet> evaluate(ZorDocument* document, char const* path) {
     LockHolder const holder(document->lock);
     ParsedPath parsed(path);
     SelectLimit limit(document->rootNode);
-    std::unique_ptr<ZorResultSet> results;
-    for (int i = 0; i < parsed.count() && !(results && results->eof()); ++i) {
+    auto results = std::make_unique<ZorResultSet>(document);
+    std::vector<Place> context;
+    if (parsed.count() > 0) context.push_back({document->rootNode, 0});
+    for (int i = 0; i < parsed.count(); ++i) {
         bool const last = i == parsed.count() - 1;
-        results = applyStep(document, results.get(), parsed.first()[i], last, &limit);
+        std::vector<Place> next;
+        Found found{results.get(), last ? nullptr : &next};
+        Step step(parsed.first()[i], last, &found, &limit);
+        for (Place const& place : context) {
+            if (!limit.visit()) return nullptr;
+            step.searchBelow(place.node, place.flat);
+        }
+        context.swap(next);
     }
     if (limit.isExceeded()) return nullptr;
-    if (!results) return std::make_unique<ZorResultSet>(document);
     results->finalize();
     return results;
 }
@@ -139,9 +154,14 @@ ZorResultSet* ZorDocument::select(void const* path) {
 int ZorDocument::findNode(ZorResultSet* result, ZorResultSet* context, int stepIndex,
                           XPathStep* steps, int stepCount) {
     SelectLimit limit(rootNode);
-    bool const last = stepIndex == stepCount - 1;
-    std::unique_ptr<ZorResultSet> found = applyStep(this, context, steps[stepIndex], last, &limit);
-    bool const any = !found->eof() && !limit.isExceeded();
-    if (any) result->combine(found.release());
+    auto results = std::make_unique<ZorResultSet>(this);
+    Found found{results.get(), nullptr};
+    Step step(steps[stepIndex], stepIndex == stepCount - 1, &found, &limit);
+    for (ZorListNode const* at = context->head; at && limit.visit(); at = at->next) {
+        auto const* const entry = static_cast<ZorResultPointer const*>(at->value);
+        step.searchBelow(entry->node, entry->flat);
+    }
+    bool const any = found.count > 0 && !limit.isExceeded();
+    if (any) result->combine(results.release());
     return any;
 }
