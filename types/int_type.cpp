@@ -12,15 +12,15 @@ int intIsValid(void*, char const* text) {
     return decimalIsValid(text, "+-", *text == '-' ? 2147483648U : 2147483647U);
 }
 
-int intCompare(void*, char const* a, char const* b) {
-    return compareNumbers(intFromText(a), intFromText(b));
-}
-
 u_zorItemValue intFromString(char const* text) { return intValueOf(intFromText(text)); }
 
 void intSetFromString(u_zorItemValue* value, char const* text) { *value = intFromString(text); }
 
 } // namespace
+
+int intCompareTexts(void*, char const* a, char const* b) {
+    return compareNumbers(intFromText(a), intFromText(b));
+}
 
 ZorString* intToText(u_zorItemValue value) {
     return textFromInt(static_cast<std::int32_t>(value.intValue));
@@ -28,7 +28,7 @@ ZorString* intToText(u_zorItemValue value) {
 
 ZorDataType* makeIntType() {
     auto* const type =
-        new ZorDataType("int", "0", nullptr, intIsValid, intCompare, nullptr, intFromString,
+        new ZorDataType("int", "0", nullptr, intIsValid, intCompareTexts, nullptr, intFromString,
                         numberCopy, numberFree, intSetFromString, intToText, nullptr);
     zor_dataTypeSetConversionFuncs(type, zorExtLong, numberToInternal, numberSetInternal,
                                    numberGetInt, numberIsInt32, numberCompareInt);

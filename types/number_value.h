@@ -16,6 +16,10 @@ inline u_zorItemValue numberCopy(u_zorItemValue value) { return value; }
 
 inline void numberFree(u_zorItemValue) {}
 
+// The order of two texts by the numbers in them, for "int" and "uint".
+int intCompareTexts(void* userData, char const* a, char const* b);
+int uintCompareTexts(void* userData, char const* a, char const* b);
+
 // The texts of "int" and "uint". New reference.
 ZorString* intToText(u_zorItemValue value);
 ZorString* uintToText(u_zorItemValue value);
