@@ -32,25 +32,33 @@ ZorString* readText(ZorDocument* document, ZorSchemaNode* node, long occurrence)
 
 // A text to write; without characters, it empties the cell.
 struct Text {
+    explicit Text(char const* text, ZorString** givenString = nullptr)
+        : chars(text), length(text ? strnlen(text, ZorString::maxLength + 1) : 0),
+          given(givenString) {}
+
+    bool isTooLong() const { return length > ZorString::maxLength; }
+
     char const* chars;
-    bool fits;         // known to fit into a string
+    std::size_t length;
     ZorString** given; // the string that it is, if the cell may have that, or null
 };
 
-Text textIn(void const* value) {
-    if (!value) return {nullptr, true, nullptr};
-    return {textOf(value), zor_isString(value) != 0, nullptr};
-}
+Text textIn(void const* value) { return Text(value ? textOf(value) : nullptr); }
 
-bool isTooLong(Text const& text) {
-    return !text.fits && strnlen(text.chars, ZorString::maxLength + 1) > ZorString::maxLength;
-}
-
-// Whether the cell of a type may have the string instead of a copy: nobody else holds it, and it
-// has no more memory than a copy would have.
-bool mayHave(ZorDataType const* type, ZorString const* string) {
-    return type->fromStringFn == stringFromText && type->setFromStringFn == stringSetFromText &&
-           string->refCount == 1 && string->capacity == ZorString::localSize;
+// Stores the text where values are strings, of which the length is known. A given string that
+// nobody else holds goes into the cell itself, if it has no more memory than a copy would have.
+void storeString(ZorValueNode* cell, bool empty, Text const& text) {
+    ZorString*& value = cell->value.stringValue;
+    auto const length = static_cast<int>(text.length);
+    if (text.given && (*text.given)->refCount == 1 &&
+        (*text.given)->capacity == ZorString::localSize) {
+        ZorString* const earlier = empty ? nullptr : value;
+        value = std::exchange(*text.given, earlier);
+    } else if (empty) {
+        value = ZorString::create(text.chars, length);
+    } else {
+        value = value->set(1, text.chars, length);
+    }
 }
 
 void storeText(ZorDataType const* type, ZorValueNode* cell, Text const& text) {
@@ -60,14 +68,12 @@ void storeText(ZorDataType const* type, ZorValueNode* cell, Text const& text) {
         if (!empty) type->freeValueFn(cell->value);
         return;
     }
-    if (text.given && mayHave(type, *text.given)) {
-        ZorString* const earlier = empty ? nullptr : cell->value.stringValue;
-        cell->value.stringValue = std::exchange(*text.given, earlier);
-    } else if (empty) {
+    if (type->fromStringFn == stringFromText && type->setFromStringFn == stringSetFromText)
+        storeString(cell, empty, text);
+    else if (empty)
         cell->value = type->fromStringFn(text.chars);
-    } else {
+    else
         type->setFromStringFn(&cell->value, text.chars);
-    }
     cell->flags = static_cast<unsigned char>(cell->flags & ~ZorValueNode::noValue);
 }
 
@@ -78,7 +84,7 @@ ZorValueNode* writeText(ZorDocument* document, ZorSchemaNode* node, long occurre
         raiseError(nullptr, incidentInvalidArgument, "setStringNodeValue: node is not a data node");
         return nullptr;
     }
-    if (text.chars && (isTooLong(text) || !validateText(node->dataType, text.chars))) {
+    if (text.chars && (text.isTooLong() || !validateText(node->dataType, text.chars))) {
         raiseError(nullptr, incidentInvalidArgument, "setStringNodeValue: value (", text.chars,
                    ") is not valid");
         return nullptr;
@@ -110,12 +116,12 @@ ZorString* ZorDocument::getStringNodeValue(ZorSchemaNode* node, long occurrence)
 
 int zor_internal::setText(ZorDocument* document, ZorSchemaNode* node, long occurrence,
                           char const* text) {
-    return setLocked(document, node, occurrence, {text, !text, nullptr});
+    return setLocked(document, node, occurrence, Text(text));
 }
 
 int zor_internal::giveText(ZorDocument* document, ZorSchemaNode* node, long occurrence,
                            ZorString** text) {
-    return setLocked(document, node, occurrence, {(*text)->text, true, text});
+    return setLocked(document, node, occurrence, Text((*text)->text, text));
 }
 
 int ZorDocument::setStringNodeValue(ZorSchemaNode* node, long occurrence, void const* value) {
