@@ -12,9 +12,9 @@
 #include "foundation/string_ref.h"
 #include "incident/raise.h"
 
+using zor_internal::appendRecord;
 using zor_internal::destroyRecords;
 using zor_internal::flatOccurrence;
-using zor_internal::makeRecord;
 using zor_internal::placeOf;
 using zor_internal::raiseError;
 using zor_internal::setText;
@@ -82,16 +82,8 @@ ZorResultSet::~ZorResultSet() {
 }
 
 void ZorResultSet::addResult(long parentFlat, ZorSchemaNode* node, long occurrence) {
-    ZorListNode* const place =
-        makeRecord(tail, ZorResultPointer(node, static_cast<int>(occurrence),
-                                          flatOccurrence(parentFlat, node, occurrence)));
-    place->prev = tail;
-    if (tail)
-        tail->next = place;
-    else
-        head = place;
-    tail = place;
-    ++count;
+    appendRecord(
+        this, {node, static_cast<int>(occurrence), flatOccurrence(parentFlat, node, occurrence)});
 }
 
 void ZorResultSet::combine(ZorResultSet* other) {

@@ -2,6 +2,7 @@
 
 #include "zor/document.h"
 
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -9,48 +10,31 @@
 
 #include "document/flat_occurrence.h"
 #include "document/path.h"
+#include "document/result_records.h"
 #include "document/select_limit.h"
 #include "foundation/text_argument.h"
 #include "incident/raise.h"
 #include "platform/lock_holder.h"
 #include "schema/child_index.h"
 
+using zor_internal::appendRecord;
+using zor_internal::fillArray;
 using zor_internal::findChild;
 using zor_internal::flatOccurrence;
 using zor_internal::LockHolder;
 using zor_internal::ParsedPath;
 using zor_internal::raiseError;
+using zor_internal::Result;
 using zor_internal::SelectLimit;
 using zor_internal::textOf;
 
 namespace {
 
-// One occurrence of a node, on the way to the results: what a step needs of the one before.
-struct Place {
-    ZorSchemaNode* node;
-    int flat;
-};
-
-// Where a step puts what it finds: in a result set, or, with half the memory, in a list of places.
-struct Found {
-    ZorResultSet* results;
-    std::vector<Place>* places; // or null
-    unsigned long count = 0;
-
-    void add(int parentFlat, ZorSchemaNode* node, int occurrence) {
-        ++count;
-        if (places)
-            places->push_back({node, flatOccurrence(parentFlat, node, occurrence)});
-        else
-            results->addResult(parentFlat, node, occurrence);
-    }
-};
-
 // One step of a path on its way through the tree.
 class Step {
 public:
     // `last` steps report data nodes, too; the others pass through branches only.
-    Step(XPathStep const& parsed, bool last, Found* target, SelectLimit* selectLimit)
+    Step(XPathStep const& parsed, bool last, std::vector<Result>* target, SelectLimit* selectLimit)
         : step(parsed), wildcard(parsed.name->text[0] == '*'), isLast(last), found(target),
           limit(selectLimit) {
         limit->startStep();
@@ -58,11 +42,11 @@ public:
 
     // Adds what the step finds below one occurrence of a node. Whether it found anything.
     bool searchBelow(ZorSchemaNode* node, int flat) {
-        unsigned long const before = found->count;
+        std::size_t const before = found->size();
         ZorSchemaNode* const match = wildcard ? nullptr : childOf(node);
         if (!wildcard && !step.descendant) {
             if (match) addOccurrences(match, flat);
-            return found->count != before;
+            return found->size() != before;
         }
         for (ZorSchemaNode* child = node->getFirstChildNode(); child; child = child->next) {
             if (!limit->visit()) break;
@@ -71,7 +55,7 @@ public:
             if (matches && (isLast || isBranch)) addOccurrences(child, flat);
             if (isBranch && step.descendant) searchOccurrences(child, flat);
         }
-        return found->count != before;
+        return found->size() != before;
     }
 
 private:
@@ -89,7 +73,12 @@ private:
         int const count = node->getOccurrences();
         int const first = step.occurrence < 0 ? 0 : step.occurrence;
         int const end = step.occurrence < 0 || step.occurrence >= count ? count : first + 1;
-        for (int i = first; i < end && limit->find(); ++i) found->add(parentFlat, node, i);
+        if (first >= end || !limit->find(end - first)) return;
+        int flat = flatOccurrence(parentFlat, node, first);
+        for (int i = first; i < end; ++i) {
+            found->push_back({node, i, flat});
+            if (flat < INT_MAX) ++flat;
+        }
     }
 
     // Applies the same step below every occurrence of a branch.
@@ -112,7 +101,7 @@ private:
     XPathStep const& step;
     bool wildcard;
     bool isLast;
-    Found* found;
+    std::vector<Result>* found;
     SelectLimit* limit;
 };
 
@@ -121,22 +110,20 @@ std::unique_ptr<ZorResultSet> evaluate(ZorDocument* document, char const* path) 
     LockHolder const holder(document->lock);
     ParsedPath parsed(path);
     SelectLimit limit(document->rootNode);
-    auto results = std::make_unique<ZorResultSet>(document);
-    std::vector<Place> context;
-    if (parsed.count() > 0) context.push_back({document->rootNode, 0});
+    std::vector<Result> context;
+    if (parsed.count() > 0) context.push_back({document->rootNode, 0, 0});
     for (int i = 0; i < parsed.count(); ++i) {
-        bool const last = i == parsed.count() - 1;
-        std::vector<Place> next;
-        Found found{results.get(), last ? nullptr : &next};
-        Step step(parsed.first()[i], last, &found, &limit);
-        for (Place const& place : context) {
-            if (!limit.visit()) return nullptr;
-            step.searchBelow(place.node, place.flat);
+        std::vector<Result> found;
+        Step step(parsed.first()[i], i == parsed.count() - 1, &found, &limit);
+        for (Result const& entry : context) {
+            if (!limit.visit()) break;
+            step.searchBelow(entry.node, entry.flat);
         }
-        context.swap(next);
+        if (limit.isExceeded()) return nullptr;
+        context.swap(found);
     }
-    if (limit.isExceeded()) return nullptr;
-    results->finalize();
+    auto results = std::make_unique<ZorResultSet>(document);
+    fillArray(results.get(), context.data(), context.size());
     return results;
 }
 
@@ -154,14 +141,15 @@ ZorResultSet* ZorDocument::select(void const* path) {
 int ZorDocument::findNode(ZorResultSet* result, ZorResultSet* context, int stepIndex,
                           XPathStep* steps, int stepCount) {
     SelectLimit limit(rootNode);
-    auto results = std::make_unique<ZorResultSet>(this);
-    Found found{results.get(), nullptr};
+    std::vector<Result> found;
     Step step(steps[stepIndex], stepIndex == stepCount - 1, &found, &limit);
     for (ZorListNode const* at = context->head; at && limit.visit(); at = at->next) {
         auto const* const entry = static_cast<ZorResultPointer const*>(at->value);
         step.searchBelow(entry->node, entry->flat);
     }
-    bool const any = found.count > 0 && !limit.isExceeded();
-    if (any) result->combine(results.release());
-    return any;
+    if (limit.isExceeded()) return 0;
+    auto results = std::make_unique<ZorResultSet>(this); // nothing of it, when memory runs out
+    for (Result const& entry : found) appendRecord(results.get(), entry);
+    result->combine(results.release());
+    return !found.empty();
 }

@@ -20,17 +20,16 @@ public:
     // Before a step: it may find anew.
     void startStep() { found = 0; }
 
-    // Counts one result, and one node or occurrence that was looked at. False when it is one too
-    // many; then all further ones are.
-    bool find() {
-        if (!visit()) return false;
-        if (++found > results) extend();
-        return found <= results || giveUp();
+    // Counts results, at most 32767 at a time, and nodes or occurrences that were looked at. False
+    // when they are too many; then all further ones are.
+    bool find(int number) {
+        found += static_cast<Count>(number);
+        visited += static_cast<Count>(number);
+        return mayGoOn();
     }
     bool visit() {
-        if (exceeded) return false;
-        if (++visited > visits) extend();
-        return visited <= visits || giveUp();
+        ++visited;
+        return mayGoOn();
     }
 
     bool isExceeded() const { return exceeded; }
@@ -44,21 +43,27 @@ private:
     static constexpr Count kVisits = 4194304;
     static constexpr Count kVisitsPerCell = 64;
     // More do not count: a counter can still pass what they allow.
-    static constexpr Count kCells = (ULONG_MAX - 1 - kVisits) / kVisitsPerCell;
+    static constexpr Count kCells = (ULONG_MAX - SHRT_MAX - kVisits) / kVisitsPerCell;
+
+    bool isWithin() const { return visited <= visits && found <= results; }
+
+    bool mayGoOn() { return isWithin() || mayGoFurther(); }
 
     // Counts the cells, which takes a walk over the schema, only when there is much to find.
+    bool mayGoFurther() {
+        if (!extended) extend();
+        if (isWithin()) return true;
+        exceeded = true;
+        visits = 0; // nothing more
+        return false;
+    }
+
     void extend() {
-        if (extended) return;
         extended = true;
         auto const cells =
             std::min(static_cast<Count>(rootNode->countRequiredValueNodes()), kCells);
         results += kResultsPerCell * cells;
         visits += kVisitsPerCell * cells;
-    }
-
-    bool giveUp() {
-        exceeded = true;
-        return false;
     }
 
     ZorSchemaNode* rootNode;

@@ -40,7 +40,7 @@ TEST(SelectLimit, GrowsWithTheCells) {
     for (long const cells : {0L, 1000L}) {
         Shape const shape("a*" + std::to_string(cells) + ":int");
         SelectLimit found(shape.root());
-        EXPECT_EQ(callsOf([&] { return found.find(); }), kResults + 4 * cells);
+        EXPECT_EQ(callsOf([&] { return found.find(1); }), kResults + 4 * cells);
         EXPECT_TRUE(found.isExceeded());
         SelectLimit visited(shape.root());
         EXPECT_EQ(callsOf([&] { return visited.visit(); }), kVisits + 64 * cells);
@@ -55,12 +55,12 @@ TEST(SelectLimit, CountsVisitsOfAllSteps) {
     for (int step = 0; step < kVisits / kResults; ++step) {
         limit.startStep();
         long found = 0;
-        while (found < kResults && limit.find()) ++found;
+        while (found < kResults && limit.find(1)) ++found;
         ASSERT_EQ(found, kResults) << "in step " << step;
     }
     limit.startStep();
     EXPECT_FALSE(limit.isExceeded());
-    EXPECT_FALSE(limit.find());
+    EXPECT_FALSE(limit.find(1));
     EXPECT_TRUE(limit.isExceeded());
 }
 
@@ -68,9 +68,9 @@ TEST(SelectLimit, CountsVisitsOfAllSteps) {
 TEST(SelectLimit, StaysExceeded) {
     Shape const shape("");
     SelectLimit limit(shape.root());
-    callsOf([&] { return limit.find(); });
+    callsOf([&] { return limit.find(1); });
     limit.startStep();
-    EXPECT_FALSE(limit.find());
+    EXPECT_FALSE(limit.find(1));
     EXPECT_FALSE(limit.visit());
     EXPECT_TRUE(limit.isExceeded());
 }
