@@ -4,6 +4,7 @@ add_library(zor_objects OBJECT
   foundation/escape.cpp
   foundation/list.cpp
   foundation/map.cpp
+  foundation/map_index.cpp
   foundation/out_of_memory.cpp
   foundation/permanent_strings.cpp
   foundation/scan.cpp

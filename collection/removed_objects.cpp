@@ -6,6 +6,7 @@
 #include <new>
 
 #include "foundation/constinit.h"
+#include "foundation/map_index.h"
 
 namespace zor_internal {
 namespace {
@@ -90,6 +91,7 @@ Removed::~Removed() {
 
 void Removed::takeIf(ZorMapEntry** map, bool (*isWanted)(void const* object, void const* context),
                      void const* context) {
+    MapIndex::drop(map);
     ZorMapEntry** last = &first;
     for (unsigned i = 0; i < kBucketCount; ++i) {
         for (ZorMapEntry** link = &map[i]; *link;) {

@@ -1,7 +1,6 @@
 // Maps: 256 chained buckets, in insertion order within a bucket.
 //
-// `findLink` yields the link that points at the entry of a key, or the empty link at the end of
-// its chain: reading through it gets, writing to it inserts, and replacing it removes.
+// A map whose chains have become long gets an index beside them, see foundation/map_index.h.
 
 #include "zor/containers.h"
 
@@ -9,6 +8,7 @@
 
 #include "foundation/list_builder.h"
 #include "foundation/map_entries.h"
+#include "foundation/map_index.h"
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
 #include "zor/string.h"
@@ -17,6 +17,7 @@ using zor_internal::forEachEntry;
 using zor_internal::freeEntry;
 using zor_internal::kBucketCount;
 using zor_internal::ListBuilder;
+using zor_internal::MapIndex;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
 using zor_internal::textOf;
@@ -25,10 +26,34 @@ namespace {
 
 constexpr unsigned kFnvPrime = 0x01000193;
 
-ZorMapEntry** findLink(ZorMapEntry** map, char const* key) {
-    ZorMapEntry** link = &map[fnv0_32_str(key) & (kBucketCount - 1)];
+// So many entries are walked over before an index is made.
+constexpr int kShortWalk = 8;
+
+ZorMapEntry** walk(ZorMapEntry** link, char const* key) {
     while (*link && std::strcmp((*link)->key->text, key) != 0) link = &(*link)->next;
     return link;
+}
+
+// The entry of a key, and where a new one goes when there is none.
+struct Found {
+    ZorMapEntry* entry;
+    ZorMapEntry** end;
+};
+
+Found findIn(MapIndex const* index, unsigned hash, char const* key) {
+    ZorMapEntry* const entry = index->find(hash, key);
+    return {entry, entry ? nullptr : index->endOf(hash)};
+}
+
+Found find(ZorMapEntry** map, unsigned hash, char const* key) {
+    if (MapIndex const* const index = MapIndex::of(map)) return findIn(index, hash, key);
+    ZorMapEntry** link = &map[hash % kBucketCount];
+    for (int i = 0; i < kShortWalk; ++i, link = &(*link)->next) {
+        if (!*link || std::strcmp((*link)->key->text, key) == 0) return {*link, link};
+    }
+    if (MapIndex const* const index = MapIndex::make(map)) return findIn(index, hash, key);
+    link = walk(link, key);
+    return {*link, link};
 }
 
 // The characters of a key: of a plain text that is longer than any string, those that a string
@@ -52,7 +77,8 @@ private:
 } // namespace
 
 void zor_internal::moveToEnd(ZorMapEntry** map, ZorString const* key) {
-    ZorMapEntry** link = findLink(map, key->text);
+    MapIndex::drop(map);
+    ZorMapEntry** link = walk(&map[fnv0_32_str(key->text) % kBucketCount], key->text);
     ZorMapEntry* const entry = *link;
     *link = entry->next;
     entry->next = nullptr;
@@ -60,28 +86,38 @@ void zor_internal::moveToEnd(ZorMapEntry** map, ZorString const* key) {
     *link = entry;
 }
 
-ZorMapEntry** zor_mapMake() { return new ZorMapEntry*[kBucketCount](); }
+ZorMapEntry** zor_mapMake() { return new ZorMapEntry*[kBucketCount + 1](); } // and the index
 
 void zor_mapSet(ZorMapEntry** map, void const* key, void* value) {
-    ZorMapEntry** const link = findLink(map, KeyText(key).get());
-    if (*link) {
-        (*link)->value = value;
+    KeyText const text(key);
+    unsigned const hash = fnv0_32_str(text.get());
+    Found const found = find(map, hash, text.get());
+    if (found.entry) {
+        found.entry->value = value;
         return;
     }
     StringRef reference(stringOf(key));
-    *link = new ZorMapEntry{reference.get(), value, nullptr};
+    *found.end = new ZorMapEntry{reference.get(), value, nullptr};
     (void)reference.release();
+    MapIndex* const index = MapIndex::of(map);
+    if (index && !index->add(hash, *found.end)) MapIndex::drop(map);
 }
 
 void* zor_mapGet(ZorMapEntry** map, void const* key) {
-    ZorMapEntry const* const entry = *findLink(map, KeyText(key).get());
+    KeyText const text(key);
+    ZorMapEntry const* const entry = find(map, fnv0_32_str(text.get()), text.get()).entry;
     return entry ? entry->value : nullptr;
 }
 
 void zor_mapRemove(ZorMapEntry** map, void const* key) {
-    ZorMapEntry** const link = findLink(map, KeyText(key).get());
-    ZorMapEntry* const entry = *link;
+    KeyText const text(key);
+    unsigned const hash = fnv0_32_str(text.get());
+    ZorMapEntry* const entry = find(map, hash, text.get()).entry;
     if (!entry) return;
+    ZorMapEntry* before = nullptr;
+    ZorMapEntry** link = &map[hash % kBucketCount];
+    for (; *link != entry; link = &before->next) before = *link;
+    if (MapIndex* const index = MapIndex::of(map)) index->remove(hash, entry, before);
     *link = entry->next;
     freeEntry(entry);
 }
@@ -93,6 +129,7 @@ ZorListNode* zor_mapValues(ZorMapEntry** map) {
 }
 
 void zor_mapDelete(ZorMapEntry** map) {
+    MapIndex::drop(map);
     for (unsigned i = 0; i < kBucketCount; ++i) {
         while (ZorMapEntry* const entry = map[i]) {
             map[i] = entry->next;

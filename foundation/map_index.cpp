@@ -1,0 +1,100 @@
+#include "foundation/map_index.h"
+
+#include <cstring>
+#include <memory>
+#include <new>
+#include <utility>
+
+#include "foundation/map_entries.h"
+#include "zor/string.h"
+
+namespace zor_internal {
+namespace {
+
+constexpr unsigned kFirstSlots = 1024;
+
+// Behind the heads, where zor_mapMake has left room for it.
+MapIndex*& indexBehind(ZorMapEntry** map) {
+    return *reinterpret_cast<MapIndex**>(&map[kBucketCount]);
+}
+
+} // namespace
+
+MapIndex* MapIndex::of(ZorMapEntry** map) { return indexBehind(map); }
+
+MapIndex* MapIndex::make(ZorMapEntry** map) {
+    indexBehind(map) = new (std::nothrow) MapIndex(map);
+    bool complete = of(map) && of(map)->lasts && of(map)->grow();
+    forEachEntry(map, [&](ZorMapEntry& entry) {
+        complete = complete && of(map)->add(fnv0_32_str(entry.key->text), &entry);
+    });
+    if (!complete) drop(map);
+    return of(map);
+}
+
+void MapIndex::drop(ZorMapEntry** map) { delete std::exchange(indexBehind(map), nullptr); }
+
+MapIndex::MapIndex(ZorMapEntry** indexed)
+    : map(indexed), lasts(new (std::nothrow) ZorMapEntry*[kBucketCount]()), slots(nullptr),
+      slotCount(0), used(0) {}
+
+MapIndex::~MapIndex() {
+    delete[] lasts;
+    delete[] slots;
+}
+
+// The low bits chose the chain; the others are as good.
+unsigned MapIndex::slotOf(unsigned hash) const { return (hash ^ hash >> 16) & (slotCount - 1); }
+
+ZorMapEntry* MapIndex::find(unsigned hash, char const* key) const {
+    unsigned at = slotOf(hash);
+    for (; slots[at].entry; at = (at + 1) & (slotCount - 1)) {
+        if (slots[at].hash == hash && std::strcmp(slots[at].entry->key->text, key) == 0) break;
+    }
+    return slots[at].entry;
+}
+
+ZorMapEntry** MapIndex::endOf(unsigned hash) const {
+    ZorMapEntry* const last = lasts[hash % kBucketCount];
+    return last ? &last->next : &map[hash % kBucketCount];
+}
+
+bool MapIndex::add(unsigned hash, ZorMapEntry* entry) {
+    if (used * 2 >= slotCount && !grow()) return false;
+    place({hash, entry});
+    ++used;
+    lasts[hash % kBucketCount] = entry;
+    return true;
+}
+
+void MapIndex::remove(unsigned hash, ZorMapEntry const* entry, ZorMapEntry* before) {
+    if (lasts[hash % kBucketCount] == entry) lasts[hash % kBucketCount] = before;
+    unsigned at = slotOf(hash);
+    while (slots[at].entry != entry) at = (at + 1) & (slotCount - 1);
+    slots[at].entry = nullptr;
+    --used;
+    // Those up to the next free slot may have wanted this one.
+    for (at = (at + 1) & (slotCount - 1); slots[at].entry; at = (at + 1) & (slotCount - 1)) {
+        place(std::exchange(slots[at], Slot{0, nullptr}));
+    }
+}
+
+void MapIndex::place(Slot const& slot) {
+    unsigned at = slotOf(slot.hash);
+    while (slots[at].entry) at = (at + 1) & (slotCount - 1);
+    slots[at] = slot;
+}
+
+bool MapIndex::grow() {
+    unsigned const wanted = slotCount == 0 ? kFirstSlots : slotCount * 2;
+    auto* const larger = new (std::nothrow) Slot[wanted]();
+    if (!larger) return false;
+    std::unique_ptr<Slot[]> const old(std::exchange(slots, larger));
+    unsigned const oldCount = std::exchange(slotCount, wanted);
+    for (unsigned i = 0; i < oldCount; ++i) {
+        if (old[i].entry) place(old[i]);
+    }
+    return true;
+}
+
+} // namespace zor_internal
