@@ -50,7 +50,7 @@ void appendElements(std::string& out, std::vector<PhoneElement> const& elements)
 
 std::string documentOf(PhoneElement const& top) {
     std::string const root = PhoneData::kRoot;
-    std::string out = "<" + root + "><document schema=\"" + PhoneData::kSchema + "\" name=\"" +
+    std::string out = "<" + root + "><document schema=\"" + top.node->name + "\" name=\"" +
                       PhoneData::kDocument + "\">";
     appendElements(out, top.children);
     return out + "</document></" + root + ">";
@@ -66,7 +66,10 @@ PhoneNode const* findNode(PhoneNode const& node, char const* path) {
 
 } // namespace
 
-PhoneData::PhoneData(int values) : root(makePhoneSchema(values)), top{root.get(), 1, "", {}} {
+PhoneData::PhoneData(int values) : PhoneData(makePhoneSchema(values)) {}
+
+PhoneData::PhoneData(std::unique_ptr<PhoneNode> schema)
+    : root(std::move(schema)), top{root.get(), 1, "", {}} {
     Filler(list).fill(*root, 0, top);
     definitionText = definitionOf(*root);
     documentText = documentOf(top);

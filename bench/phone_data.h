@@ -71,13 +71,15 @@ struct PhoneValue {
 class PhoneData {
 public:
     static constexpr char const* kRoot = "deskphone"; // the root element, and the collection
-    static constexpr char const* kSchema = "phone";
+    static constexpr char const* kSchema = "phone";   // the name of the root node
     static constexpr char const* kDocument = "phone1";
     static constexpr int kFewest = 100;
     static constexpr int kMost = 500000; // no node repeats more than 32767 times
 
     // REQUIRES: kFewest <= values <= kMost.
     explicit PhoneData(int values);
+    // Values for a schema of another shape.
+    explicit PhoneData(std::unique_ptr<PhoneNode> schema);
 
     // The number of values: exactly what was asked for.
     int values() const { return static_cast<int>(list.size()); }

@@ -131,16 +131,6 @@ std::vector<PhoneType> const& builtInTypes() {
     return types;
 }
 
-PhoneType const* typeOf(std::string const& name) {
-    for (std::vector<PhoneType> const* const types : {&builtInTypes(), &phoneTypes()}) {
-        for (PhoneType const& type : *types) {
-            if (type.name == name) return &type;
-        }
-    }
-    std::fprintf(stderr, "no type %s\n", name.c_str());
-    std::abort();
-}
-
 // How many values one occurrence of the branch holds, but for what is scaled.
 int valuesBelow(std::string const& path) {
     int sum = 0;
@@ -221,6 +211,12 @@ void appendType(std::string& out, PhoneType const& type) {
     out += "</choice>\n";
 }
 
+bool uses(PhoneNode const& node, PhoneType const& type) {
+    return node.type == &type ||
+           std::any_of(node.children.begin(), node.children.end(),
+                       [&type](auto const& child) { return uses(*child, type); });
+}
+
 void appendNode(std::string& out, PhoneNode const& node) {
     if (node.parent) {
         out += node.type ? "<item" : "<branch";
@@ -261,32 +257,53 @@ std::vector<PhoneType> const& phoneTypes() {
     return types;
 }
 
+PhoneType const* phoneType(std::string const& name) {
+    for (std::vector<PhoneType> const* const types : {&builtInTypes(), &phoneTypes()}) {
+        for (PhoneType const& type : *types) {
+            if (type.name == name) return &type;
+        }
+    }
+    std::fprintf(stderr, "no type %s\n", name.c_str());
+    std::abort();
+}
+
+TreeMaker::TreeMaker(char const* name)
+    : top(new PhoneNode{name, "", nullptr, nullptr, "", 1, 1, 0, {}}), nodes(1) {}
+
+PhoneNode* TreeMaker::branch(PhoneNode* parent, std::string const& name, int occurrences) {
+    return item(parent, name, occurrences, nullptr, "");
+}
+
+PhoneNode* TreeMaker::item(PhoneNode* parent, std::string const& name, int occurrences,
+                           PhoneType const* type, std::string const& defaultText) {
+    int const total = occurrences * parent->total;
+    parent->children.emplace_back(new PhoneNode{
+        name, parent->path + "/" + name, parent, type, defaultText, occurrences, total, nodes, {}});
+    ++nodes;
+    return parent->children.back().get();
+}
+
 std::unique_ptr<PhoneNode> makePhoneSchema(int values) {
     Scale const scale(values);
-    int order = 0;
-    std::unique_ptr<PhoneNode> root(
-        new PhoneNode{PhoneData::kSchema, "", nullptr, nullptr, "", 1, 1, order, {}});
+    TreeMaker tree(PhoneData::kSchema);
     for (Row const& row : kRows) {
-        PhoneNode* const parent = findNode(root.get(), row.parent);
+        PhoneNode* const parent = findNode(tree.root(), row.parent);
         int const occurrences = scale.occurrences(row.occurrences);
-        parent->children.emplace_back(new PhoneNode{row.name,
-                                                    parent->path + "/" + row.name,
-                                                    parent,
-                                                    row.type ? typeOf(row.type) : nullptr,
-                                                    row.type ? row.defaultText : "",
-                                                    occurrences,
-                                                    occurrences * parent->total,
-                                                    ++order,
-                                                    {}});
+        if (row.type)
+            tree.item(parent, row.name, occurrences, phoneType(row.type), row.defaultText);
+        else
+            tree.branch(parent, row.name, occurrences);
     }
-    return root;
+    return tree.take();
 }
 
 std::string definitionOf(PhoneNode const& root) {
     std::string out = std::string("<") + PhoneData::kRoot + ">\n<schema";
     appendAttribute(out, "name", root.name);
     out += ">\n";
-    for (PhoneType const& type : phoneTypes()) appendType(out, type);
+    for (PhoneType const& type : phoneTypes()) {
+        if (uses(root, type)) appendType(out, type);
+    }
     appendNode(out, root);
     return out + "</schema>\n</" + PhoneData::kRoot + ">\n";
 }

@@ -1,0 +1,70 @@
+// The floor of reading: an array that is read between take and give of an uncontended semaphore; a
+// text is also copied, to a buffer of the caller's.
+
+#include <cstring>
+
+#include "bench/accesses.h"
+#include "bench/floor_store.h"
+#include "bench/workload.h"
+
+namespace bench {
+namespace {
+
+// Out of line, as an operation of a library is.
+[[gnu::noinline]] long readNumber(FloorDocument& document, FloorCell const* cells, int occurrence) {
+    FloorLock const held(document.lock);
+    return cells[occurrence].number;
+}
+
+// The length.
+[[gnu::noinline]] int readText(FloorDocument& document, FloorCell const* cells, int occurrence,
+                               char* buffer) {
+    FloorLock const held(document.lock);
+    FloorText const* const text = cells[occurrence].text;
+    std::memcpy(buffer, text->characters(), text->length + 1U);
+    return text->length;
+}
+
+void readNumberByFloor(benchmark::State& state) {
+    PhoneData const& phone = phoneData(sizeOf(state));
+    std::unique_ptr<FloorNode> const tree = floorTree(phone.schema());
+    FloorDocument document(*tree, phone);
+    FloorNode const& node = floorNode(*tree, kNumberPath);
+    FloorCell const* const cells = document.cellsOf(node);
+    std::vector<int> const order = shuffled(node.total);
+    long sum = 0;
+    for (auto _ : state) {
+        sum = 0;
+        for (int const i : order) sum += readNumber(document, cells, i);
+        benchmark::DoNotOptimize(sum);
+    }
+    if (sum != sumOfNumbers(valuesOf(phone, *node.phone), order)) fail(state, "other numbers");
+    countItems(state, static_cast<long>(order.size()));
+}
+
+void readTextByFloor(benchmark::State& state) {
+    PhoneData const& phone = phoneData(sizeOf(state));
+    std::unique_ptr<FloorNode> const tree = floorTree(phone.schema());
+    FloorDocument document(*tree, phone);
+    FloorNode const& node = floorNode(*tree, kTextPath);
+    FloorCell const* const cells = document.cellsOf(node);
+    std::vector<int> const order = shuffled(node.total);
+    char buffer[64];
+    long sum = 0;
+    for (auto _ : state) {
+        sum = 0;
+        for (int const i : order) {
+            sum += readText(document, cells, i, buffer);
+            benchmark::DoNotOptimize(buffer);
+        }
+    }
+    if (sum != sumOfLengths(valuesOf(phone, *node.phone), order)) fail(state, "other texts");
+    countItems(state, static_cast<long>(order.size()));
+}
+
+[[maybe_unused]] auto* const number =
+    addWorkload("ReadNumber", "floor", readNumberByFloor, phoneSizes());
+[[maybe_unused]] auto* const text = addWorkload("ReadText", "floor", readTextByFloor, phoneSizes());
+
+} // namespace
+} // namespace bench
