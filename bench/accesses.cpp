@@ -37,6 +37,22 @@ std::vector<PhoneValue const*> valuesOf(PhoneData const& phone, PhoneNode const&
     return values;
 }
 
+std::vector<PhoneValue const*> valuesCalled(PhoneData const& phone, char const* name) {
+    std::vector<PhoneValue const*> values;
+    for (PhoneValue const& value : phone.flat()) {
+        if (value.node->name == name) values.push_back(&value);
+    }
+    return values;
+}
+
+std::vector<std::string> pathsToLabels(int lines) {
+    std::vector<std::string> paths;
+    for (int const i : shuffled(lines)) {
+        paths.push_back("line[" + std::to_string(i + 1) + "]/label");
+    }
+    return paths;
+}
+
 long sumOfNumbers(std::vector<PhoneValue const*> const& values, std::vector<int> const& order) {
     long sum = 0;
     for (int const i : order) sum += std::stol(values[static_cast<std::size_t>(i)]->text);

@@ -1,5 +1,5 @@
-// What is read and written by the workloads on one value: all occurrences of one node, in an order
-// that no cache foresees, by everybody in the same.
+// What is read, written and selected by the workloads on one value: all occurrences of one node, in
+// an order that no cache foresees, by everybody in the same.
 
 #pragma once
 
@@ -15,6 +15,7 @@ constexpr char const* kNumberPath = "/line/key/volume"; // of an int in a range
 constexpr char const* kChoicePath = "/line/key/colour";
 constexpr char const* kDigitsPath = "/line/key/target";
 constexpr char const* kTextPath = "/line/key/label"; // of up to 20 characters
+constexpr char const* kManyLabels = "/line/label";   // selected as "line/label"
 
 // The numbers from 0 to count - 1 in an order that looks random and is always the same. Repeated
 // until there are 256 at least, so that a loop over them takes longer than to start it.
@@ -30,6 +31,11 @@ constexpr unsigned replacementAt(int occurrence, int round) {
 
 // The values of a node, by flat occurrence. Borrowed from the data.
 std::vector<PhoneValue const*> valuesOf(PhoneData const& phone, PhoneNode const& node);
+// The values of all nodes of that name, in the order of the document. Borrowed from the data.
+std::vector<PhoneValue const*> valuesCalled(PhoneData const& phone, char const* name);
+
+// "line[k]/label" for so many lines, shuffled.
+std::vector<std::string> pathsToLabels(int lines);
 
 // What a loop over `order` finds when it adds up the values of a node: as numbers, or as lengths of
 // texts.

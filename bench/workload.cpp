@@ -26,6 +26,10 @@ void countItems(benchmark::State& state, long perIteration) {
     state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * perIteration);
 }
 
+void countBytes(benchmark::State& state, long bytes, long values) {
+    state.counters["bytes"] = static_cast<double>(bytes) / static_cast<double>(values);
+}
+
 void fail(benchmark::State& state, char const* why) {
     failed = true;
     state.SkipWithError(why);

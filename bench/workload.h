@@ -46,6 +46,9 @@ int sizeOf(benchmark::State const& state);
 // So many items were processed in each iteration.
 void countItems(benchmark::State& state, long perIteration);
 
+// So many bytes of the heap were taken for so many values.
+void countBytes(benchmark::State& state, long bytes, long values);
+
 // Ends the benchmark with an error; the program will end with one, too.
 void fail(benchmark::State& state, char const* why);
 // Whether any benchmark has failed.
