@@ -24,9 +24,17 @@ std::vector<int> shuffled(int count) {
 }
 
 std::vector<std::string> replacementsFor(PhoneNode const& node) {
-    std::vector<std::string> texts;
-    for (int i = 0; i < kReplacements; ++i) texts.push_back(textFor(node, node.total + i));
+    std::vector<std::string> texts(kReplacements);
+    int flat = node.total;
+    for (std::string& text : texts) text = textFor(node, flat++);
     return texts;
+}
+
+std::vector<long> numericReplacementsFor(PhoneNode const& node) {
+    std::vector<long> numbers;
+    numbers.reserve(kReplacements);
+    for (std::string const& text : replacementsFor(node)) numbers.push_back(std::stol(text));
+    return numbers;
 }
 
 std::vector<PhoneValue const*> valuesOf(PhoneData const& phone, PhoneNode const& node) {

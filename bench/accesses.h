@@ -25,6 +25,8 @@ std::vector<int> shuffled(int count);
 // characters. In round r, occurrence i gets the text replacementAt(i, r).
 constexpr int kReplacements = 8;
 std::vector<std::string> replacementsFor(PhoneNode const& node);
+// The same as numbers, of a node that holds numbers.
+std::vector<long> numericReplacementsFor(PhoneNode const& node);
 constexpr unsigned replacementAt(int occurrence, int round) {
     return static_cast<unsigned>(occurrence + round) % kReplacements;
 }

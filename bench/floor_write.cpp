@@ -71,8 +71,7 @@ void writeNumberByFloor(benchmark::State& state) {
     Rule const rule = {std::stol(type.minimum), std::stol(type.maximum), nullptr};
     FloorCell* const cells = document.cellsOf(node);
     std::vector<int> const order = shuffled(node.total);
-    std::vector<long> numbers;
-    for (std::string const& text : replacementsFor(*node.phone)) numbers.push_back(std::stol(text));
+    std::vector<long> const numbers = numericReplacementsFor(*node.phone);
     int round = 0;
     bool all = true;
     for (auto _ : state) {

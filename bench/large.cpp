@@ -55,7 +55,7 @@ void exportByZor(benchmark::State& state) {
     ZorSchema* const schema = buildSchema(store, *largeSchema(sizeOf(state)));
     ZorDocument* const document = store.makeDocument("schema", "document");
     ZorSchemaNode* const node = schema->rootNode->getFirstChildNode()->getFirstChildNode();
-    int const apart = node->getTotalOccurrences() / kChanged; // 1 at least
+    long const apart = node->getTotalOccurrences() / kChanged; // 1 at least
     for (int i = 0; i < kChanged; ++i) document->setIntNodeValue(node, i * apart, i);
     std::string text;
     for (auto _ : state) text = store.exportDocument("document");

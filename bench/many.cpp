@@ -15,13 +15,23 @@ namespace {
 
 constexpr int kDocumentsEach = 1000;
 
-std::string schemaName(int number) { return "schema" + std::to_string(number); }
-std::string documentName(int number) { return "document" + std::to_string(number); }
+std::vector<std::string> numbered(char const* name, int count) {
+    std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i) names.push_back(name + std::to_string(i));
+    return names;
+}
+
+std::vector<std::string> documentNames(int count) { return numbered("document", count); }
+
+std::vector<std::string> schemaNames(int documents) {
+    return numbered("schema", documents / kDocumentsEach);
+}
 
 std::unique_ptr<ZorCollection> makeStore(int documents) {
     auto store = std::make_unique<ZorCollection>("store");
-    for (int i = 0; i < documents / kDocumentsEach; ++i) {
-        ZorSchema* const schema = store->makeSchema(schemaName(i).c_str());
+    for (std::string const& name : schemaNames(documents)) {
+        ZorSchema* const schema = store->makeSchema(name.c_str());
         schema->makeDataNode(schema->rootNode, "number", 1, schema->getDataType("int"), "7");
     }
     return store;
@@ -32,18 +42,6 @@ void makeDocuments(ZorCollection& store, std::vector<std::string> const& names,
     for (std::size_t i = 0; i < names.size(); ++i) {
         store.makeDocument(schemas[i / kDocumentsEach].c_str(), names[i].c_str());
     }
-}
-
-std::vector<std::string> documentNames(int count) {
-    std::vector<std::string> names;
-    for (int i = 0; i < count; ++i) names.push_back(documentName(i));
-    return names;
-}
-
-std::vector<std::string> schemaNames(int documents) {
-    std::vector<std::string> names;
-    for (int i = 0; i < documents / kDocumentsEach; ++i) names.push_back(schemaName(i));
-    return names;
 }
 
 void makeByZor(benchmark::State& state) {
@@ -63,9 +61,11 @@ void makeByZor(benchmark::State& state) {
 
 void findByZor(benchmark::State& state) {
     std::unique_ptr<ZorCollection> const store = makeStore(sizeOf(state));
-    makeDocuments(*store, documentNames(sizeOf(state)), schemaNames(sizeOf(state)));
+    std::vector<std::string> const made = documentNames(sizeOf(state));
+    makeDocuments(*store, made, schemaNames(sizeOf(state)));
     std::vector<std::string> names;
-    for (int const i : shuffled(sizeOf(state))) names.push_back(documentName(i));
+    names.reserve(made.size());
+    for (int const i : shuffled(sizeOf(state))) names.push_back(made[static_cast<std::size_t>(i)]);
     ZorDocument* found = nullptr;
     for (auto _ : state) {
         for (std::string const& name : names) {

@@ -31,8 +31,7 @@ void writeNumberByZor(benchmark::State& state) {
     ZorSchemaNode* const node = zor.node(kNumberPath);
     std::vector<int> const order = shuffled(node->getTotalOccurrences());
     std::vector<std::string> const texts = replacementsFor(phone.node(kNumberPath));
-    std::vector<long> numbers;
-    for (std::string const& text : texts) numbers.push_back(std::stol(text));
+    std::vector<long> const numbers = numericReplacementsFor(phone.node(kNumberPath));
     int round = 0;
     for (auto _ : state) {
         ++round;
