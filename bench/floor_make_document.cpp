@@ -89,7 +89,7 @@ void makeByFloor(benchmark::State& state) {
     auto const count = static_cast<std::size_t>(phone.values());
     for (auto _ : state) {
         Cell* const cells = makeCells(blocks, count);
-        benchmark::DoNotOptimize(cells);
+        keep(cells);
         deleteCells(blocks, cells);
     }
     Cell* const cells = makeCells(blocks, count);

@@ -19,7 +19,7 @@ void memoryByFloor(benchmark::State& state) {
         texts.reserve(phone.flat().size());
         HeapMeter const meter;
         std::unique_ptr<FloorCell[]> const cells(new FloorCell[phone.flat().size()]);
-        benchmark::DoNotOptimize(cells.get());
+        keep(cells.get());
         for (PhoneValue const& value : phone.flat()) {
             if (heldAs(*value.node->type) != Held::text) continue;
             texts.emplace_back(new char[value.text.size() + 1]);

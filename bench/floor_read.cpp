@@ -36,7 +36,7 @@ void readNumberByFloor(benchmark::State& state) {
     for (auto _ : state) {
         sum = 0;
         for (int const i : order) sum += readNumber(document, cells, i);
-        benchmark::DoNotOptimize(sum);
+        keep(sum);
     }
     if (sum != sumOfNumbers(valuesOf(phone, *node.phone), order)) fail(state, "other numbers");
     countItems(state, static_cast<long>(order.size()));
@@ -55,7 +55,7 @@ void readTextByFloor(benchmark::State& state) {
         sum = 0;
         for (int const i : order) {
             sum += readText(document, cells, i, buffer);
-            benchmark::DoNotOptimize(buffer);
+            keep(buffer);
         }
     }
     if (sum != sumOfLengths(valuesOf(phone, *node.phone), order)) fail(state, "other texts");

@@ -29,7 +29,7 @@ void selectOneByFloor(benchmark::State& state) {
     std::vector<std::string> const paths = pathsToLabels(label.total);
     for (auto _ : state) {
         for (std::string const& path : paths) {
-            benchmark::DoNotOptimize(floorSelect(document, path.c_str()));
+            keep(floorSelect(document, path.c_str()));
         }
     }
     std::vector<PhoneValue const*> const values = valuesOf(phone, label);
@@ -45,7 +45,7 @@ void selectByFloor(benchmark::State& state, char const* path,
     PhoneData const& phone = phoneData(sizeOf(state));
     std::unique_ptr<FloorNode> const tree = floorTree(phone.schema());
     FloorDocument document(*tree, phone);
-    for (auto _ : state) benchmark::DoNotOptimize(floorSelect(document, path));
+    for (auto _ : state) keep(floorSelect(document, path));
     if (!selects(document, path, expected)) fail(state, "other results");
     countItems(state, static_cast<long>(expected.size()));
 }

@@ -29,7 +29,7 @@ void readBy(benchmark::State& state, FloorDocument& document) {
     for (auto _ : state) {
         sum = 0;
         for (int const i : order) sum += readNumber(document, cells, i);
-        benchmark::DoNotOptimize(sum);
+        keep(sum);
     }
     if (sum != sumOfNumbers(valuesOf(phoneData(kSize), *node.phone), order)) {
         fail(state, "other numbers");

@@ -15,10 +15,6 @@
 #define ZOR_BENCH_ASAN 1
 #endif
 
-#ifdef ZOR_BENCH_ASAN
-#include <sanitizer/allocator_interface.h>
-#endif
-
 namespace {
 
 std::atomic<bool> metering{false};
@@ -50,6 +46,13 @@ long HeapMeter::allocations() const { return made; }
 
 #ifdef ZOR_BENCH_ASAN
 
+// As in sanitizer/allocator_interface.h, which g++ does not install.
+extern "C" {
+std::size_t __sanitizer_get_allocated_size(void const volatile* block);
+int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(void const volatile*, std::size_t),
+                                              void (*onFree)(void const volatile*));
+}
+
 namespace {
 
 void onMalloc(void const volatile*, std::size_t size) {
@@ -58,7 +61,7 @@ void onMalloc(void const volatile*, std::size_t size) {
 
 void onFree(void const volatile* block) {
     if (!block || !metering.load(std::memory_order_relaxed)) return;
-    liveBytes -= static_cast<long>(__sanitizer_get_allocated_size(const_cast<void const*>(block)));
+    liveBytes -= static_cast<long>(__sanitizer_get_allocated_size(block));
 }
 
 [[maybe_unused]] int const installed = __sanitizer_install_malloc_and_free_hooks(onMalloc, onFree);

@@ -18,7 +18,7 @@ void makeByZor(benchmark::State& state) {
     ZorCollection store("store");
     ZorSchema* const schema = buildSchema(store, *largeSchema(sizeOf(state)));
     for (auto _ : state) {
-        benchmark::DoNotOptimize(store.makeDocument("schema", "document"));
+        keep(store.makeDocument("schema", "document"));
         store.deleteDocument("document");
     }
     if (schema->rootNode->countRequiredValueNodes() != sizeOf(state)) fail(state, "other cells");
@@ -42,7 +42,7 @@ void readByZor(benchmark::State& state) {
             for (ZorSchemaNode* const node : nodes)
                 sum += document->getIntNodeValue(node, i, nullptr);
         }
-        benchmark::DoNotOptimize(sum);
+        keep(sum);
     }
     auto const reads = static_cast<long>(order.size() * nodes.size());
     if (sum != kDefault * reads) fail(state, "other numbers");

@@ -12,7 +12,7 @@ void makeByZor(benchmark::State& state) {
     ZorCollection store(PhoneData::kRoot);
     store.importXML(phone.definition().c_str());
     for (auto _ : state) {
-        benchmark::DoNotOptimize(store.makeDocument(PhoneData::kSchema, "made"));
+        keep(store.makeDocument(PhoneData::kSchema, "made"));
         store.deleteDocument("made");
     }
     ZorDocument* const document = store.makeDocument(PhoneData::kSchema, "made");

@@ -70,7 +70,7 @@ void findByZor(benchmark::State& state) {
     for (auto _ : state) {
         for (std::string const& name : names) {
             found = store->getDocument(name.c_str());
-            benchmark::DoNotOptimize(found);
+            keep(found);
         }
     }
     if (!found || names.back() != found->getName()) fail(state, "another document");

@@ -18,7 +18,7 @@ void readNumberByZor(benchmark::State& state) {
     for (auto _ : state) {
         sum = 0;
         for (int const i : order) sum += document.getIntNodeValue(node, i, nullptr);
-        benchmark::DoNotOptimize(sum);
+        keep(sum);
     }
     if (sum != sumOfNumbers(valuesOf(phone, phone.node(kNumberPath)), order)) {
         fail(state, "other numbers");
@@ -40,7 +40,7 @@ void readTextByZor(benchmark::State& state) {
             sum += zor_stringLength(text);
             text->removeRef();
         }
-        benchmark::DoNotOptimize(sum);
+        keep(sum);
     }
     if (sum != sumOfLengths(valuesOf(phone, phone.node(kTextPath)), order)) {
         fail(state, "other texts");

@@ -26,7 +26,7 @@ void readBy(benchmark::State& state, ZorPhone& zor) {
     for (auto _ : state) {
         sum = 0;
         for (int const i : order) sum += document.getIntNodeValue(node, i, nullptr);
-        benchmark::DoNotOptimize(sum);
+        keep(sum);
     }
     PhoneData const& phone = phoneData(kSize);
     if (sum != sumOfNumbers(valuesOf(phone, phone.node(kNumberPath)), order)) {

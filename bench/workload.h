@@ -49,6 +49,13 @@ void countItems(benchmark::State& state, long perIteration);
 // So many bytes of the heap were taken for so many values.
 void countBytes(benchmark::State& state, long bytes, long values);
 
+// Makes the compiler believe that the value is looked at. Never by DoNotOptimize with a variable
+// that may change: after g++ 12 with little optimisation it holds another value.
+template <typename Value>
+void keep(Value const& value) {
+    benchmark::DoNotOptimize(value);
+}
+
 // Ends the benchmark with an error; the program will end with one, too.
 void fail(benchmark::State& state, char const* why);
 // Whether any benchmark has failed.
