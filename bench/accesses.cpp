@@ -53,6 +53,12 @@ std::vector<PhoneValue const*> valuesCalled(PhoneData const& phone, char const* 
     return values;
 }
 
+std::vector<std::string> numberedPaths(char const* text, int count) {
+    std::vector<std::string> paths;
+    for (int const i : shuffled(count)) paths.push_back(text + std::to_string(i));
+    return paths;
+}
+
 std::vector<std::string> pathsToLabels(int lines) {
     std::vector<std::string> paths;
     for (int const i : shuffled(lines)) {

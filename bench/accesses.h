@@ -36,6 +36,9 @@ std::vector<PhoneValue const*> valuesOf(PhoneData const& phone, PhoneNode const&
 // The values of all nodes of that name, in the order of the document. Borrowed from the data.
 std::vector<PhoneValue const*> valuesCalled(PhoneData const& phone, char const* name);
 
+// The text with each of the numbers from 0 on behind it, shuffled.
+std::vector<std::string> numberedPaths(char const* text, int count);
+
 // "line[k]/label" for so many lines, shuffled.
 std::vector<std::string> pathsToLabels(int lines);
 

@@ -61,11 +61,8 @@ void makeByZor(benchmark::State& state) {
 
 void findByZor(benchmark::State& state) {
     std::unique_ptr<ZorCollection> const store = makeStore(sizeOf(state));
-    std::vector<std::string> const made = documentNames(sizeOf(state));
-    makeDocuments(*store, made, schemaNames(sizeOf(state)));
-    std::vector<std::string> names;
-    names.reserve(made.size());
-    for (int const i : shuffled(sizeOf(state))) names.push_back(made[static_cast<std::size_t>(i)]);
+    makeDocuments(*store, documentNames(sizeOf(state)), schemaNames(sizeOf(state)));
+    std::vector<std::string> const names = numberedPaths("document", sizeOf(state));
     ZorDocument* found = nullptr;
     for (auto _ : state) {
         for (std::string const& name : names) {

@@ -15,16 +15,6 @@
 namespace bench {
 namespace {
 
-// How many names the schema has by which something is found.
-constexpr int kFewNames = 1000;
-constexpr int kManyNames = 10000;
-
-std::vector<std::string> pathsTo(int names, char const* before) {
-    std::vector<std::string> paths;
-    for (int const i : shuffled(names)) paths.push_back(before + std::to_string(i));
-    return paths;
-}
-
 void buildByZor(benchmark::State& state) {
     std::unique_ptr<PhoneNode> const tree = wideSchema(sizeOf(state));
     ZorCollection store("store");
@@ -70,7 +60,7 @@ void findByZor(benchmark::State& state) {
     store.importXML(data.definition().c_str());
     ZorSchema* const schema = store.getSchema("schema");
     ZorSchemaNode* const branch = schema->rootNode->getFirstChildNode();
-    std::vector<std::string> const names = pathsTo(sizeOf(state), "setting");
+    std::vector<std::string> const names = numberedPaths("setting", sizeOf(state));
     ZorSchemaNode* found = nullptr;
     for (auto _ : state) {
         for (std::string const& name : names) {
@@ -87,7 +77,7 @@ void selectByZor(benchmark::State& state) {
     ZorCollection store(PhoneData::kRoot);
     store.importXML(data.definition().c_str());
     ZorDocument* const document = store.makeDocument("schema", "document");
-    std::vector<std::string> const paths = pathsTo(sizeOf(state), "settings/setting");
+    std::vector<std::string> const paths = numberedPaths("settings/setting", sizeOf(state));
     for (auto _ : state) {
         for (std::string const& path : paths) delete document->select(path.c_str());
     }
@@ -96,7 +86,7 @@ void selectByZor(benchmark::State& state) {
     countItems(state, static_cast<long>(paths.size()));
 }
 
-std::vector<int> const sizes = {kFewNames, kManyNames};
+std::vector<int> const sizes = {1000, 10000};
 
 [[maybe_unused]] auto* const build =
     addWorkload("WideBuild", "zor", buildByZor, sizes) -> UseManualTime();
