@@ -9,6 +9,8 @@ BEGIN {
     print "set xlabel 'size'"
     print "set key outside right top"
     print "set grid ytics"
+    print "unset mxtics"
+    print "unset mytics"
     print "set format x '%.0f'"
     print "set yrange [*:*]"
 }
@@ -28,7 +30,11 @@ FNR == NR {
     if ($4 > 1) hasThreads[$1] = 1
 }
 
-END { for (i = 1; i <= workloadCount; ++i) if (sizes[workloads[i]] > 1 && !hasThreads[workloads[i]]) plot(workloads[i]) }
+END {
+    for (i = 1; i <= workloadCount; ++i) {
+        if (sizes[workloads[i]] > 1 && !hasThreads[workloads[i]]) plot(workloads[i])
+    }
+}
 
 function plot(workload, w, line) {
     line = ""

@@ -16,6 +16,13 @@ FNR == NR {
     next
 }
 
+# What nobody has named would be missing in silence.
+!($1 in item) || !($2 in title) {
+    print "bench-report: " $1 "/" $2 " is named nowhere" > "/dev/stderr"
+    failed = 1
+    exit 1
+}
+
 # A row of a workload is a size, or a number of threads.
 {
     row = $1 SUBSEP $3 SUBSEP $4
@@ -30,6 +37,7 @@ FNR == NR {
 }
 
 END {
+    if (failed) exit 1
     printf "The repetitions of a benchmark differ by %.1f %% on average (standard deviation), and by " \
         "%.0f %% at most (%s).\n\n", 100 * spread / measured, 100 * widest, widestName
     for (i = 1; i <= workloadCount; ++i) sortRows(workloads[i])
@@ -106,12 +114,13 @@ function verdict(reached) { return reached ? "reached" : "**missed**" }
 
 # Three digits that count.
 function digits(number) {
-    if (number >= 100) return sprintf("%.0f", number)
-    return sprintf(number >= 10 ? "%.1f" : "%.2f", number)
+    if (number >= 100) return number >= 10000 ? separated(number) : sprintf("%.0f", number)
+    if (number >= 1) return sprintf(number >= 10 ? "%.1f" : "%.2f", number)
+    return sprintf(number >= 0.1 ? "%.2f" : "%.2g", number)
 }
 
 function separated(number, text, i, out) {
-    text = sprintf("%d", number)
+    text = sprintf("%.0f", number)
     out = ""
     for (i = length(text); i > 0; --i) {
         out = substr(text, i, 1) out
@@ -121,14 +130,15 @@ function separated(number, text, i, out) {
 }
 
 function targetCells(workload, bytes, ratio) {
-    if (target[workload] == "-") return "| - | " (worstRatio(workload) ? digits(worstRatio(workload)) : "-") " | |"
+    ratio = worstRatio(workload)
+    if (target[workload] == "-") return "| - | " (ratio ? digits(ratio) : "-") " | |"
     if (target[workload] ~ /^bytes/) {
         bytes = substr(target[workload], 7) + 0
         return "| " bytes " bytes | " digits(worstBytes(workload)) " | " \
             verdict(worstBytes(workload) <= bytes) " |"
     }
-    ratio = worstRatio(workload)
-    return "| " target[workload] " | " digits(ratio) " | " verdict(ratio && ratio <= target[workload] + 0) " |"
+    return "| " target[workload] " | " digits(ratio) " | " \
+        verdict(ratio && ratio <= target[workload] + 0) " |"
 }
 
 function growthCells(workload, own, floor) {
@@ -141,9 +151,9 @@ function growthCells(workload, own, floor) {
 function printTargets(i) {
     print "## Targets"
     print ""
-    print "At most so many times the floor, the worst of all sizes from 1,000 on counting; and an item at"
-    print "the largest size costs at most " worstGrowth " times what it costs at 1,000. Beside it, what the floor itself"
-    print "grows by: what does not fit into the caches any more costs everybody more."
+    print "At most so many times the floor, the worst of all sizes from 1,000 on counting; and an item"
+    print "at the largest size costs at most " worstGrowth " times what it costs at 1,000. Beside that, what"
+    print "the floor itself grows by: what does not fit into the caches costs everybody more."
     print ""
     print "| Workload | target | worst | | growth | the floor's | |"
     print "| --- | ---: | ---: | --- | ---: | ---: | --- |"
@@ -154,31 +164,31 @@ function printTargets(i) {
     }
 }
 
-function header(workload, unit, w, line, rule) {
-    line = hasThreads[workload] ? "| Size | threads |" : "| Size |"
-    rule = hasThreads[workload] ? "| ---: | ---: |" : "| ---: |"
-    line = line " zor, " unit " |"
-    rule = rule " ---: |"
+function printHeader(workload, w, line, rule) {
+    line = hasThreads[workload] ? "| Size | threads | zor |" : "| Size | zor |"
+    rule = hasThreads[workload] ? "| ---: | ---: | ---: |" : "| ---: | ---: |"
     for (w = 2; w <= whoCount; ++w) {
         if (!((workload, whos[w]) in present)) continue
-        line = line " " title[whos[w]] ", " unit " | zor: " title[whos[w]] " |"
-        rule = rule " ---: | ---: |"
+        line = line " " title[whos[w]] " |"
+        rule = rule " ---: |"
     }
     print line
     print rule
 }
 
-function printRow(workload, r, w, line) {
+function printRow(workload, r, w, line, own, other) {
     line = "| " separated(sizeAt(workload, r)) " |"
     if (hasThreads[workload]) line = line " " threadsAt(workload, r) " |"
-    line = line " " digits(costAt(workload, "zor", r)) " |"
+    own = costAt(workload, "zor", r)
+    line = line " " digits(own) " |"
     for (w = 2; w <= whoCount; ++w) {
         if (!((workload, whos[w]) in present)) continue
-        if (hasCost(workload, whos[w], r))
-            line = line " " digits(costAt(workload, whos[w], r)) " | " \
-                digits(costAt(workload, "zor", r) / costAt(workload, whos[w], r)) " |"
-        else
-            line = line " - | - |"
+        if (hasCost(workload, whos[w], r)) {
+            other = costAt(workload, whos[w], r)
+            line = line " " digits(other) " (" digits(own / other) ") |"
+        } else {
+            line = line " - |"
+        }
     }
     print line
 }
@@ -191,7 +201,9 @@ function printWorkload(workload, r, unit) {
     print ""
     print about[workload]
     print ""
-    header(workload, unit)
+    print "In " unit "; in brackets, how many times as much zor takes."
+    print ""
+    printHeader(workload)
     for (r = 1; r <= rowCount[workload]; ++r) printRow(workload, r)
     if (rowCount[workload] < 2 || hasThreads[workload]) return
     print ""
