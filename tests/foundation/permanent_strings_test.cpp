@@ -126,6 +126,26 @@ TEST(PermanentStrings, AreFoundByTheirExactTextOnly) {
     }
 }
 
+// The same for every length around theirs, and for every byte in every place of each.
+TEST(PermanentStrings, NoOtherLengthOrByteIsTakenForThem) {
+    for (std::string const text : kTexts) {
+        std::string repeated;
+        while (repeated.size() < 40) repeated += text.empty() ? "x" : text;
+        for (int length = 0; length <= 40; ++length) {
+            std::string const candidate = repeated.substr(0, static_cast<unsigned>(length));
+            EXPECT_EQ(findPermanent(candidate.data(), length), permanent(candidate)) << candidate;
+        }
+        int const length = static_cast<int>(text.size());
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            std::string changed = text;
+            for (int byte = 1; byte < 256; ++byte) {
+                changed[i] = static_cast<char>(byte);
+                ASSERT_EQ(findPermanent(changed.data(), length), permanent(changed)) << changed;
+            }
+        }
+    }
+}
+
 TEST(PermanentStrings, OrdinaryStringsAreNeverAdded) {
     Text const first("ordinary");
     EXPECT_EQ(findPermanent("ordinary", 8), nullptr);
