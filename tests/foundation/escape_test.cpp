@@ -1,5 +1,7 @@
 // The text form of values in XML.
 
+#include "foundation/escape.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
@@ -30,6 +32,16 @@ std::string dullEscape(std::string const& text) {
             escaped += c;
     }
     return escaped;
+}
+
+// The pieces of the escaped text put together again. None is empty.
+std::string joinedPieces(std::string const& text) {
+    std::string joined;
+    zor_internal::forEachEscapedPiece(text.c_str(), [&](char const* piece, std::size_t length) {
+        EXPECT_GT(length, 0U) << "in " << text;
+        joined.append(piece, length);
+    });
+    return joined;
 }
 
 } // namespace
@@ -123,6 +135,48 @@ TEST(Escape, RandomTextsAgreeWithTheDullVersion) {
         std::string text;
         for (auto length = dice() % 80; length > 0; --length) text += "<>&'\"abc \n"[dice() % 10];
         ASSERT_EQ(taken(escapeCData(text.c_str())), dullEscape(text));
+    }
+}
+
+TEST(EscapedPieces, AgreeWithTheDullVersionForEveryByte) {
+    for (int byte = 1; byte < 256; ++byte) {
+        std::string const c(1, static_cast<char>(byte));
+        for (std::string const& text :
+             {c, "a" + c, c + "a", c + c, "&" + c, c + "&", "a" + c + "a"}) {
+            ASSERT_EQ(joinedPieces(text), dullEscape(text));
+        }
+    }
+    EXPECT_EQ(joinedPieces(""), dullEscape(""));
+}
+
+TEST(EscapedPieces, AgreeWithTheDullVersionForRandomTexts) {
+    std::mt19937 dice(97531);
+    for (int i = 0; i < 3000; ++i) {
+        std::string text;
+        for (auto length = dice() % 60; length > 0; --length) {
+            text += dice() % 3 ? static_cast<char>(1 + dice() % 255) : "<>&'\""[dice() % 5];
+        }
+        ASSERT_EQ(joinedPieces(text), dullEscape(text));
+    }
+}
+
+// No string limits them.
+TEST(EscapedPieces, AreNotCut) {
+    std::string const text = characters(70000) + std::string(70000, '<');
+    EXPECT_TRUE(joinedPieces(text) == dullEscape(text));
+}
+
+// Reading in place gives what the copy says, in every case.
+TEST(Unescape, InPlaceAgreesWithTheCopy) {
+    for (std::string const& text :
+         {std::string(), std::string("\"\""), std::string("\""), std::string("\"\"\""),
+          std::string("\"\"\0", 3), std::string("volume"), std::string("true"), characters(40)}) {
+        ZorString* const string = privateString(text);
+        char const* const inPlace = zor_internal::unescaped(string);
+        ZorString* const copy = unescapeCData(string);
+        EXPECT_STREQ(inPlace, copy ? copy->text : nullptr) << text;
+        if (copy) copy->removeRef();
+        string->removeRef();
     }
 }
 
