@@ -152,6 +152,31 @@ TEST_F(SelectWalk, AgreesOnWildPaths) {
     EXPECT_GT(withResults, 300);
 }
 
+// Branches by the dozen, each with children of its own: what a step remembers of one must not be
+// taken for what another has.
+TEST_F(SelectWalk, AgreesAmongManyBranches) {
+    static char const* const paths[] = {
+        "*/a",     "*/b",  "*/c",  "*/d",   "*/*/a",  "*/a/b",  "*[2]/a",   "*/a[2]/b",
+        "*/*/*/c", "//a",  "//b",  "//c/d", "//*",    "//a//b", "*//a",     "*//b//c",
+        "*/b//d",  "n7/a", "n7/*", "*/b/a", "//n7/a", "*/*",    "//a[2]/b", "//d[1]"};
+    Chance chance(7);
+    std::size_t results = 0;
+    for (int round = 0; round < 20; ++round) {
+        std::string text;
+        for (int i = 0; i < 40; ++i) {
+            text += " n" + std::to_string(i) + '*' + std::to_string(1 + chance.below(3)) + '{' +
+                    randomShape(chance.random, 3, {1, 2, 1}) + '}';
+        }
+        Store store(text);
+        for (char const* const path : paths) {
+            std::string const expected = dullSelect(store.shape.root(), path);
+            ASSERT_EQ(store.select(path), expected) << path << " in " << text;
+            results += static_cast<std::size_t>(std::count(expected.begin(), expected.end(), '@'));
+        }
+    }
+    EXPECT_GT(results, 20000U);
+}
+
 // Every cell is given its own full path as value; the path then selects that cell alone.
 TEST_F(SelectWalk, AFullPathReachesExactlyItsCell) {
     Chance chance(5);
