@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <iterator>
+#include <list>
+#include <random>
 #include <string>
+#include <utility>
 
 using zor_internal::findRule;
 using zor_internal::RuleSearches;
@@ -15,7 +18,7 @@ namespace {
 // A rule with inner rules "0", "1" and so on.
 class ManyRules {
 public:
-    explicit ManyRules(int count) : outer("outer", ignoreCharacterData, nullptr, nullptr) {
+    explicit ManyRules(int count = 0) : outer("outer", ignoreCharacterData, nullptr, nullptr) {
         for (int i = 0; i < count; ++i) add(std::to_string(i));
     }
 
@@ -80,4 +83,48 @@ TEST(RuleSearch, ForgetsOnRequest) {
     rules.expectSame("499");
     zor_listJoin(before, rules.outer.innerRules); // all are released with the rule
     rules.outer.innerRules = before;
+}
+
+// Names that begin alike, under so many rules that what is remembered of them collides; with
+// duplicates, and with rules that come in between.
+TEST(RuleSearch, AgreesWithAWalkWhateverIsRemembered) {
+    std::mt19937 dice(64);
+    auto const name = [&dice](unsigned count) {
+        static char const* const beginnings[] = {"", "a", "b", "aa", "ab", "ba"};
+        return beginnings[dice() % 6] + std::to_string(dice() % count);
+    };
+    std::list<ManyRules> all(100);
+    RuleSearches searches;
+    int found = 0;
+    for (int i = 0; i < 60000; ++i) {
+        ManyRules& rules = *std::next(all.begin(), dice() % 4 ? dice() % 100 : 0);
+        if (dice() % 20 == 0) rules.add(name(60));
+        std::string const wanted = name(60);
+        ZorElementParseRules const* const expected = findRule(&rules.outer, wanted.c_str());
+        ASSERT_EQ(searches.find(&rules.outer, wanted.c_str()), expected) << wanted << ", " << i;
+        found += expected != nullptr;
+    }
+    EXPECT_GT(found, 10000);
+}
+
+// While the rules inside a rule are lent to another one, nothing is found in it, and afterwards
+// the same as before.
+TEST(RuleSearch, RulesThatAreTakenAwayAreNotFound) {
+    ManyRules lender(300);
+    ManyRules borrower;
+    RuleSearches searches;
+    for (int round = 0; round < 60; ++round) {
+        for (int i = 0; i < 300; i += 13) {
+            std::string const name = std::to_string(i);
+            ZorElementParseRules const* const rule = findRule(&lender.outer, name.c_str());
+            ASSERT_NE(rule, nullptr);
+            EXPECT_EQ(searches.find(&lender.outer, name.c_str()), rule);
+            std::swap(borrower.outer.innerRules, lender.outer.innerRules);
+            EXPECT_EQ(searches.find(&lender.outer, name.c_str()), nullptr);
+            EXPECT_EQ(searches.find(&borrower.outer, name.c_str()), rule);
+            std::swap(borrower.outer.innerRules, lender.outer.innerRules);
+            EXPECT_EQ(searches.find(&lender.outer, name.c_str()), rule);
+            EXPECT_EQ(searches.find(&borrower.outer, name.c_str()), nullptr);
+        }
+    }
 }
