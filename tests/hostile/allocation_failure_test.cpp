@@ -38,6 +38,35 @@ TEST(AllocationFailure, InAnImportIntoAFilledCollection) {
               50);
 }
 
+// Texts of every size take each other's place in the same cells.
+TEST(AllocationFailure, InAnImportOverWhatIsThere) {
+    static char const* const texts[] = {"short",
+                                        "&lt;a text with entities, longer than a buffer&gt;",
+                                        "true", "a text without entities, longer than a buffer"};
+    auto const importAll = [](ZorCollection& store) {
+        for (int i = 0; i < 4; ++i) {
+            std::string xml = "<cfg><document name='a document whose name is longer than "
+                              "thirty-two' schema='phone settings with a long name to allocate "
+                              "for'><label>";
+            xml += texts[i] + std::string("</label>");
+            for (int k = 1; k < 4; ++k) {
+                xml += std::string("<key><text>") + texts[(i + k) % 4] + "</text><text>" +
+                       texts[(i + k + 1) % 4] + "</text></key>";
+            }
+            store.importXML((xml + "</document></cfg>").c_str());
+        }
+    };
+    EXPECT_GT(failEachOnFilled(importAll), 100);
+
+    IncidentLog log;
+    ZorCollection store("cfg");
+    store.importXML(kDefinition);
+    importAll(store);
+    EXPECT_EQ(log.take(), "");
+    std::unique_ptr<ZorResultSet> const last(documentIn(store)->select("key[3]/text[2]"));
+    EXPECT_EQ(taken(last->getValue()), texts[3]);
+}
+
 TEST(AllocationFailure, InAQuery) {
     EXPECT_GT(
         failEachOnFilled([](ZorCollection& store) {
