@@ -13,6 +13,7 @@
 #include "foundation/text_argument.h"
 #include "zor/string.h"
 
+using zor_internal::clearMap;
 using zor_internal::forEachEntry;
 using zor_internal::freeEntry;
 using zor_internal::kBucketCount;
@@ -129,13 +130,7 @@ ZorListNode* zor_mapValues(ZorMapEntry** map) {
 }
 
 void zor_mapDelete(ZorMapEntry** map) {
-    MapIndex::drop(map);
-    for (unsigned i = 0; i < kBucketCount; ++i) {
-        while (ZorMapEntry* const entry = map[i]) {
-            map[i] = entry->next;
-            freeEntry(entry);
-        }
-    }
+    clearMap(map, [](void*) {});
     delete[] map;
 }
 

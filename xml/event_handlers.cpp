@@ -49,12 +49,15 @@ void startElement(ParseRun* run, ZORParseContext*& current, char const* name,
     if (rules && rules->startElement) rules->startElement(current);
 }
 
+bool collectsText(ZORParseContext const* context) {
+    return context->parseRules && context->parseRules->characterData != ignoreCharacterData;
+}
+
 void collectText(ParseRun* run, ZORParseContext* current, char const* text, int length) {
-    ZorElementParseRules const* const rules = current->parseRules;
-    if (hasFailed(current) || !rules || rules->characterData == ignoreCharacterData) return;
+    if (hasFailed(current)) return;
     int const collected = current->characterData ? current->characterData->length : 0;
     if (length > ZorString::maxLength - collected) {
-        raiseTooLong(current, rules->elementName->text);
+        raiseTooLong(current, current->parseRules->elementName->text);
         disregard(current);
         return;
     }
@@ -104,6 +107,7 @@ void zor_internal::onStartElement(void* userData, char const* name, char const**
 }
 
 void zor_internal::onCharacterData(void* userData, char const* text, int length) {
+    if (!collectsText(slotAt(userData))) return; // most texts: white space between elements
     guarded(userData, [=](ParseRun* run, ZORParseContext* current) {
         collectText(run, current, text, length);
     });

@@ -12,9 +12,10 @@
 #include "xml/parse_run.h"
 #include "zor/string.h"
 
+using zor_internal::clearAttributes;
+using zor_internal::clearMap;
 using zor_internal::disregard;
 using zor_internal::findRule;
-using zor_internal::forEachEntry;
 using zor_internal::ParseRun;
 using zor_internal::raise;
 using zor_internal::raiseTooLong;
@@ -72,6 +73,11 @@ void warnNotRecognised(ZORParseContext const* context, char const* name) {
     }
 }
 
+ZorMapEntry** makeAttributes(ZORParseContext const* context) {
+    ParseRun* const run = ParseRun::of(context->parser);
+    return run ? run->makeAttributes() : zor_mapMake();
+}
+
 // Stores the attributes that the rule accepts. Returns whether all of them fit into a string.
 bool storeAttributes(ZORParseContext* context, char const* elementName, char const** attributes) {
     for (; *attributes; attributes += 2) {
@@ -88,7 +94,7 @@ bool storeAttributes(ZORParseContext* context, char const* elementName, char con
             return false;
         }
         StringRef text(ZorString::create(value, -1));
-        if (!context->attributes) context->attributes = zor_mapMake();
+        if (!context->attributes) context->attributes = makeAttributes(context);
         auto* const earlier =
             static_cast<ZorString*>(zor_mapGet(context->attributes, accepted->value));
         zor_mapSet(context->attributes, accepted->value, text.get());
@@ -100,8 +106,7 @@ bool storeAttributes(ZORParseContext* context, char const* elementName, char con
 
 void releaseAttributes(ZORParseContext* context) {
     if (!context->attributes) return;
-    forEachEntry(context->attributes,
-                 [](ZorMapEntry& entry) { static_cast<ZorString*>(entry.value)->removeRef(); });
+    clearAttributes(context->attributes);
     zor_mapDelete(context->attributes);
     context->attributes = nullptr;
 }
@@ -112,6 +117,10 @@ void releaseText(ZORParseContext* context) {
 }
 
 } // namespace
+
+void zor_internal::clearAttributes(ZorMapEntry** attributes) {
+    clearMap(attributes, [](void* value) { static_cast<ZorString*>(value)->removeRef(); });
+}
 
 void zor_internal::raiseTooLong(ZORParseContext const* context, char const* elementName) {
     raiseError(context->parser->incidentContext, incidentInvalidXml,

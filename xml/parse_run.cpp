@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <string>
 
+#include "xml/parse_context.h"
+
 namespace zor_internal {
 namespace {
 
@@ -22,6 +24,7 @@ ParseRun::ParseRun(ZorXmlParser* running) : parser(running), temporary(!running-
 
 ParseRun::~ParseRun() {
     if (spareText) spareText->removeRef();
+    if (spareAttributes) zor_mapDelete(spareAttributes);
     if (temporary) {
         delete parser->incidentContext;
         parser->incidentContext = nullptr;
@@ -42,6 +45,10 @@ std::unique_ptr<ZORParseContext> ParseRun::open(ZORParseContext* outer, char con
 void ParseRun::close(std::unique_ptr<ZORParseContext> context) {
     if (!spareText && context->characterData && context->characterData->refCount == 1) {
         spareText = std::exchange(context->characterData, nullptr);
+    }
+    if (!spareAttributes && context->attributes) {
+        clearAttributes(context->attributes);
+        spareAttributes = std::exchange(context->attributes, nullptr);
     }
     if (spareContext) return;
     ZORParseContext* const closed = context.release();

@@ -43,8 +43,8 @@ public:
     RuleSearches& ruleSearches() { return searches; }
 
     // The context of an element that opens inside `outer`, and its end. Elements open and close by
-    // the thousand, so the memory of the last context that was closed, and of its text, serves the
-    // next one: a tenth of the time of an import that is not the XML parser's.
+    // the thousand, so the memory of the last context that was closed, of its text and of its
+    // attributes serves the next one: a seventh of the time of an import.
     std::unique_ptr<ZORParseContext> open(ZORParseContext* outer, char const* name,
                                           char const** attributes);
     void close(std::unique_ptr<ZORParseContext> context);
@@ -55,6 +55,11 @@ public:
         ZorString* const made = spareText->set(1, text, length); // or it stays, and is released
         spareText = nullptr;
         return made;
+    }
+
+    // An empty map. The caller deletes it, unless it is the map of a context.
+    ZorMapEntry** makeAttributes() {
+        return spareAttributes ? std::exchange(spareAttributes, nullptr) : zor_mapMake();
     }
 
     // Stops the parser for a reason of ours.
@@ -86,6 +91,7 @@ private:
     RuleSearches searches;
     Block spareContext;             // memory for one
     ZorString* spareText = nullptr; // nobody else's
+    ZorMapEntry** spareAttributes = nullptr;
 };
 
 } // namespace zor_internal
