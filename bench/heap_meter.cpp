@@ -19,10 +19,12 @@ namespace {
 
 std::atomic<bool> metering{false};
 long liveBytes = 0;
+long askedBytes = 0;
 long made = 0;
 
-void count(long bytes) {
+void count(long bytes, std::size_t asked) {
     liveBytes += bytes;
+    askedBytes += static_cast<long>(asked);
     ++made;
 }
 
@@ -32,6 +34,7 @@ namespace bench {
 
 HeapMeter::HeapMeter() {
     liveBytes = 0;
+    askedBytes = 0;
     made = 0;
     metering = true;
 }
@@ -39,6 +42,8 @@ HeapMeter::HeapMeter() {
 HeapMeter::~HeapMeter() { metering = false; }
 
 long HeapMeter::bytes() const { return liveBytes; }
+
+long HeapMeter::asked() const { return askedBytes; }
 
 long HeapMeter::allocations() const { return made; }
 
@@ -56,7 +61,7 @@ int __sanitizer_install_malloc_and_free_hooks(void (*onMalloc)(void const volati
 namespace {
 
 void onMalloc(void const volatile*, std::size_t size) {
-    if (metering.load(std::memory_order_relaxed)) count(static_cast<long>(size));
+    if (metering.load(std::memory_order_relaxed)) count(static_cast<long>(size), size);
 }
 
 void onFree(void const volatile* block) {
@@ -83,8 +88,8 @@ namespace {
 
 long usable(void* block) { return static_cast<long>(malloc_usable_size(block)); }
 
-void* counted(void* block) {
-    if (metering.load(std::memory_order_relaxed) && block) count(usable(block));
+void* counted(void* block, std::size_t asked) {
+    if (metering.load(std::memory_order_relaxed) && block) count(usable(block), asked);
     return block;
 }
 
@@ -94,27 +99,27 @@ void discount(void* block) {
 
 } // namespace
 
-extern "C" void* malloc(std::size_t size) { return counted(__libc_malloc(size)); }
+extern "C" void* malloc(std::size_t size) { return counted(__libc_malloc(size), size); }
 
 extern "C" void* calloc(std::size_t number, std::size_t size) {
-    return counted(__libc_calloc(number, size));
+    return counted(__libc_calloc(number, size), number * size);
 }
 
 extern "C" void* realloc(void* block, std::size_t size) {
     discount(block);
-    return counted(__libc_realloc(block, size));
+    return counted(__libc_realloc(block, size), size);
 }
 
 extern "C" void* memalign(std::size_t alignment, std::size_t size) {
-    return counted(__libc_memalign(alignment, size));
+    return counted(__libc_memalign(alignment, size), size);
 }
 
 extern "C" void* aligned_alloc(std::size_t alignment, std::size_t size) {
-    return counted(__libc_memalign(alignment, size));
+    return counted(__libc_memalign(alignment, size), size);
 }
 
 extern "C" int posix_memalign(void** block, std::size_t alignment, std::size_t size) {
-    *block = counted(__libc_memalign(alignment, size));
+    *block = counted(__libc_memalign(alignment, size), size);
     return *block ? 0 : ENOMEM;
 }
 

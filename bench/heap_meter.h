@@ -24,6 +24,9 @@ public:
 
     // What has come to be used since the meter was made; below 0 when more was freed.
     long bytes() const;
+    // What was asked for since then, whether it is free again or not: the same in every state of
+    // the heap, which may hand out blocks that are somewhat larger.
+    long asked() const;
     // The number of allocations, those included that are free again.
     long allocations() const;
 };

@@ -25,7 +25,7 @@ void memoryByZor(benchmark::State& state) {
     countBytes(state, bytes, phone.values());
 }
 
-// What a document of so many ints takes.
+// What a document of so many ints asks for.
 long bytesOfNumbers(int count) {
     ZorCollection store("store");
     ZorSchema* const schema = store.makeSchema("schema");
@@ -33,7 +33,7 @@ long bytesOfNumbers(int count) {
                          schema->getDataType("int"), "7");
     HeapMeter const meter;
     store.makeDocument("schema", "document");
-    return meter.bytes();
+    return meter.asked();
 }
 
 void numberMemoryByZor(benchmark::State& state) {
