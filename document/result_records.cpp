@@ -69,9 +69,9 @@ void destroyRecords(ZorListNode* last) {
     while (last) {
         Entry* const entry = entryAt(last);
         last = last->prev;
-        std::size_t const block = entry->index == 0 ? entry->size * sizeof(Entry) : 0;
+        bool const isFirst = entry->index == 0;
         entry->~Entry();
-        if (block > 0) ::operator delete(entry, block);
+        if (isFirst) ::operator delete(entry);
     }
 }
 

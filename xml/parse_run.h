@@ -76,7 +76,7 @@ public:
 
 private:
     struct FreeBlock {
-        void operator()(void* block) const { ::operator delete(block, sizeof(ZORParseContext)); }
+        void operator()(void* block) const { ::operator delete(block); }
     };
     using Block = std::unique_ptr<void, FreeBlock>;
 
