@@ -144,7 +144,8 @@ bool writeNodes(PieceWriter& out, ExportPlan const& plan, std::size_t index, std
 
 bool writeChildren(PieceWriter& out, ZorDocument* document, ZorSchemaNode const* node,
                    long parentOccurrence) {
-    // From here on every occurrence follows from that of the parent, and needs no look at its range.
+    // From here on every occurrence follows from that of the parent, and needs no look at its
+    // range.
     if (parentOccurrence < 0 || parentOccurrence >= node->getTotalOccurrences()) return false;
     ExportPlan const plan(document, node);
     return writeNodes(out, plan, 0, plan.size(), parentOccurrence, nullptr);
