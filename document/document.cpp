@@ -3,6 +3,7 @@
 #include "zor/document.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <utility>
 
@@ -24,7 +25,9 @@ namespace {
 class Cells {
 public:
     explicit Cells(ZorSchemaNode* root) : rootNode(root) {
-        auto const count = static_cast<std::size_t>(rootNode->countRequiredValueNodes());
+        // Beyond what memory can hold, the allocator refuses any number.
+        auto const count = std::min(static_cast<std::size_t>(rootNode->countRequiredValueNodes()),
+                                    std::size_t(PTRDIFF_MAX) / sizeof(ZorValueNode));
         cells = new ZorValueNode[count];
         std::fill_n(cells, count, ZorValueNode{u_zorItemValue{}, ZorValueNode::noValue});
     }
