@@ -91,7 +91,8 @@ TEST(RuleSearch, AgreesWithAWalkWhateverIsRemembered) {
     std::mt19937 dice(64);
     auto const name = [&dice](unsigned count) {
         static char const* const beginnings[] = {"", "a", "b", "aa", "ab", "ba"};
-        return beginnings[dice() % 6] + std::to_string(dice() % count);
+        std::string const beginning = beginnings[dice() % 6]; // before the number, by every compiler
+        return beginning + std::to_string(dice() % count);
     };
     std::list<ManyRules> all(100);
     RuleSearches searches;
@@ -104,7 +105,7 @@ TEST(RuleSearch, AgreesWithAWalkWhateverIsRemembered) {
         ASSERT_EQ(searches.find(&rules.outer, wanted.c_str()), expected) << wanted << ", " << i;
         found += expected != nullptr;
     }
-    EXPECT_GT(found, 10000);
+    EXPECT_GT(found, 5000);
 }
 
 // While the rules inside a rule are lent to another one, nothing is found in it, and afterwards
