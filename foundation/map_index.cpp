@@ -13,26 +13,28 @@ namespace {
 
 constexpr unsigned kFirstSlots = 1024;
 
-// Behind the heads, where zor_mapMake has left room for it.
-MapIndex*& indexBehind(ZorMapEntry** map) {
-    return *reinterpret_cast<MapIndex**>(&map[kBucketCount]);
-}
+// Behind the heads, where zor_mapMake has left room for it; like them, a pointer to an entry.
+ZorMapEntry*& roomBehind(ZorMapEntry** map) { return map[kBucketCount]; }
 
 } // namespace
 
-MapIndex* MapIndex::of(ZorMapEntry** map) { return indexBehind(map); }
+MapIndex* MapIndex::of(ZorMapEntry** map) { return reinterpret_cast<MapIndex*>(roomBehind(map)); }
 
 MapIndex* MapIndex::make(ZorMapEntry** map) {
-    indexBehind(map) = new (std::nothrow) MapIndex(map);
-    bool complete = of(map) && of(map)->lasts && of(map)->grow();
+    auto* const made = new (std::nothrow) MapIndex(map);
+    roomBehind(map) = reinterpret_cast<ZorMapEntry*>(made);
+    bool complete = made && made->lasts && made->grow();
     forEachEntry(map, [&](ZorMapEntry& entry) {
-        complete = complete && of(map)->add(fnv0_32_str(entry.key->text), &entry);
+        complete = complete && made->add(fnv0_32_str(entry.key->text), &entry);
     });
     if (!complete) drop(map);
     return of(map);
 }
 
-void MapIndex::drop(ZorMapEntry** map) { delete std::exchange(indexBehind(map), nullptr); }
+void MapIndex::drop(ZorMapEntry** map) {
+    delete of(map);
+    roomBehind(map) = nullptr;
+}
 
 MapIndex::MapIndex(ZorMapEntry** indexed)
     : map(indexed), lasts(new (std::nothrow) ZorMapEntry*[kBucketCount]()), slots(nullptr),
