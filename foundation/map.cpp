@@ -78,13 +78,14 @@ private:
 } // namespace
 
 void zor_internal::moveToEnd(ZorMapEntry** map, ZorString const* key) {
-    MapIndex::drop(map);
-    ZorMapEntry** link = walk(&map[fnv0_32_str(key->text) % kBucketCount], key->text);
+    unsigned const hash = fnv0_32_str(key->text);
+    ZorMapEntry** link = walk(&map[hash % kBucketCount], key->text);
     ZorMapEntry* const entry = *link;
     *link = entry->next;
     entry->next = nullptr;
     while (*link) link = &(*link)->next;
     *link = entry;
+    if (MapIndex* const index = MapIndex::of(map)) index->noteLast(hash, entry);
 }
 
 ZorMapEntry** zor_mapMake() { return new ZorMapEntry*[kBucketCount + 1](); } // and the index

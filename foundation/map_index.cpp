@@ -50,7 +50,7 @@ unsigned MapIndex::slotOf(unsigned hash) const { return (hash ^ hash >> 16) & (s
 
 ZorMapEntry* MapIndex::find(unsigned hash, char const* key) const {
     unsigned at = slotOf(hash);
-    for (; slots[at].entry; at = (at + 1) & (slotCount - 1)) {
+    for (; slots[at].entry; at = next(at)) {
         if (slots[at].hash == hash && std::strcmp(slots[at].entry->key->text, key) == 0) break;
     }
     return slots[at].entry;
@@ -65,25 +65,30 @@ bool MapIndex::add(unsigned hash, ZorMapEntry* entry) {
     if (used * 2 >= slotCount && !grow()) return false;
     place({hash, entry});
     ++used;
-    lasts[hash % kBucketCount] = entry;
+    noteLast(hash, entry);
     return true;
 }
 
+void MapIndex::noteLast(unsigned hash, ZorMapEntry* entry) { lasts[hash % kBucketCount] = entry; }
+
 void MapIndex::remove(unsigned hash, ZorMapEntry const* entry, ZorMapEntry* before) {
-    if (lasts[hash % kBucketCount] == entry) lasts[hash % kBucketCount] = before;
-    unsigned at = slotOf(hash);
-    while (slots[at].entry != entry) at = (at + 1) & (slotCount - 1);
-    slots[at].entry = nullptr;
-    --used;
-    // Those up to the next free slot may have wanted this one.
-    for (at = (at + 1) & (slotCount - 1); slots[at].entry; at = (at + 1) & (slotCount - 1)) {
-        place(std::exchange(slots[at], Slot{0, nullptr}));
+    if (lasts[hash % kBucketCount] == entry) noteLast(hash, before);
+    unsigned hole = slotOf(hash);
+    while (slots[hole].entry != entry) hole = next(hole);
+    // Of those up to the next free slot, each that a search would look for in the hole, or before
+    // it, moves there and leaves the next one.
+    for (unsigned at = next(hole); slots[at].entry; at = next(at)) {
+        if (distance(slotOf(slots[at].hash), at) < distance(hole, at)) continue;
+        slots[hole] = slots[at];
+        hole = at;
     }
+    slots[hole].entry = nullptr;
+    --used;
 }
 
 void MapIndex::place(Slot const& slot) {
     unsigned at = slotOf(slot.hash);
-    while (slots[at].entry) at = (at + 1) & (slotCount - 1);
+    while (slots[at].entry) at = next(at);
     slots[at] = slot;
 }
 

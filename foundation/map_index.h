@@ -1,7 +1,7 @@
 // A side index of a map that has grown: its chains stay as they are, and are not walked any more.
 //
 // A map has 256 chains, whatever it holds, so with thousands of entries a lookup would compare
-// hundreds of keys. Whoever comes to the eighth entry of a chain makes the index, which the map
+// hundreds of keys. Whoever has walked past eight entries of a chain makes the index, which the map
 // keeps behind its heads. It only saves time: where memory lacks, chains are walked.
 
 #pragma once
@@ -31,6 +31,9 @@ public:
     // Notes an entry that was inserted there. False if there is no memory for it.
     bool add(unsigned hash, ZorMapEntry* entry);
 
+    // Notes that an entry was moved to the end of its chain.
+    void noteLast(unsigned hash, ZorMapEntry* entry);
+
     // Forgets an entry that is about to be taken out of its chain, behind `before` or as the first.
     void remove(unsigned hash, ZorMapEntry const* entry, ZorMapEntry* before);
 
@@ -44,6 +47,8 @@ private:
     ~MapIndex();
 
     unsigned slotOf(unsigned hash) const;
+    unsigned next(unsigned at) const { return (at + 1) & (slotCount - 1); }
+    unsigned distance(unsigned from, unsigned to) const { return (to - from) & (slotCount - 1); }
     void place(Slot const& slot);
     bool grow();
 
