@@ -75,9 +75,9 @@ ZorResultSet::ZorResultSet(ZorDocument* resultDocument)
       single(nullptr) {}
 
 ZorResultSet::~ZorResultSet() {
-    unsigned int const inArray = finalizedCount(this);
+    ZorListNode* const lastInArray = results ? placeOf(results[finalizedCount(this) - 1]) : nullptr;
     destroyRecords(tail);
-    if (inArray > 0) destroyRecords(placeOf(results[inArray - 1]));
+    destroyRecords(lastInArray);
     freeArray(this);
 }
 

@@ -16,7 +16,6 @@ using zor_internal::cellOf;
 using zor_internal::isData;
 using zor_internal::LockHolder;
 using zor_internal::raiseError;
-using zor_internal::setText;
 using zor_internal::stringFromText;
 using zor_internal::stringSetFromText;
 using zor_internal::textOf;

@@ -79,7 +79,8 @@ private:
 
 void zor_internal::moveToEnd(ZorMapEntry** map, ZorString const* key) {
     unsigned const hash = fnv0_32_str(key->text);
-    ZorMapEntry** link = walk(&map[hash % kBucketCount], key->text);
+    ZorMapEntry** link = &map[hash % kBucketCount];
+    while (std::strcmp((*link)->key->text, key->text) != 0) link = &(*link)->next;
     ZorMapEntry* const entry = *link;
     *link = entry->next;
     entry->next = nullptr;

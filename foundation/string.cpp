@@ -198,6 +198,7 @@ ZorString::~ZorString() { freeBlock(this); }
 
 ZorString* ZorString::create(char const* chars, int size) {
     int const count = charactersIn(chars, size);
+    if (count == 0) return stdZorStringContainer[0];
     if (ZorString* const permanent = findPermanent(chars, count)) return permanent;
     return new ZorString(chars, count);
 }
