@@ -4,9 +4,11 @@
 #include "foundation/list_builder.h"
 #include "foundation/string_ref.h"
 #include "foundation/text_argument.h"
+#include "xml/rule_search.h"
 #include "zor/xml.h"
 
 using zor_internal::AddressSet;
+using zor_internal::countGoneRule;
 using zor_internal::ListBuilder;
 using zor_internal::stringOf;
 using zor_internal::StringRef;
@@ -50,6 +52,7 @@ ZorElementParseRules::ZorElementParseRules(void const* name, characterDataUsage 
       freeElementUserData(nullptr) {}
 
 ZorElementParseRules::~ZorElementParseRules() {
+    countGoneRule();
     for (ZorListNode const* node = innerRules; node; node = node->next) {
         // Kept: rules that were not counted because they close a cycle are released, too; their
         // count goes below zero and stays there.

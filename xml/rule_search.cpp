@@ -18,7 +18,13 @@ bool isNamed(ZorListNode const* node, char const* name) {
     return std::strcmp(ruleAt(node)->elementName->text, name) == 0;
 }
 
+unsigned long gone = 0;
+
 } // namespace
+
+void countGoneRule() { __atomic_fetch_add(&gone, 1, __ATOMIC_RELAXED); }
+
+unsigned long goneRules() { return __atomic_load_n(&gone, __ATOMIC_RELAXED); }
 
 ZorElementParseRules* findRule(ZorElementParseRules const* outer, char const* name) {
     for (ZorListNode const* node = outer->innerRules; node; node = node->next) {

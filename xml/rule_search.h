@@ -19,6 +19,11 @@ namespace zor_internal {
 // The first of the inner rules that has that name, or null.
 ZorElementParseRules* findRule(ZorElementParseRules const* outer, char const* name);
 
+// Counts the rules that are gone, whichever thread destroyed them: what was learnt about the rules
+// before may lead to one of them.
+void countGoneRule();
+unsigned long goneRules();
+
 // The searches of one running parse.
 class RuleSearches {
 public:
@@ -26,6 +31,7 @@ public:
     ZorElementParseRules* find(ZorElementParseRules const* outer, char const* name) {
         if (!outer->innerRules)
             return nullptr; // also of a rule whose inner ones are lent elsewhere
+        if (gone != goneRules()) forget();
         Match& match = matchFor(outer, name);
         if (match.outer == outer && std::strcmp(match.rule->elementName->text, name) == 0) {
             return match.rule;
@@ -35,8 +41,10 @@ public:
         return rule;
     }
 
-    // Forgets what was found out: some of the rules go.
+    // Forgets what was found out: the rules inside some rule are others now. Rules that are
+    // destroyed are forgotten without it.
     void forget() {
+        gone = goneRules();
         searches.clear();
         for (Match& match : matches) match = {};
     }
@@ -80,6 +88,7 @@ private:
         std::set<ZorElementParseRules*, ByName> index;
     };
 
+    unsigned long gone = goneRules(); // when all this was learnt
     std::map<ZorElementParseRules const*, Search> searches;
     Match matches[kMatches];
 };

@@ -85,6 +85,27 @@ TEST(RuleSearch, ForgetsOnRequest) {
     rules.outer.innerRules = before;
 }
 
+// A rule that was destroyed is never found, nor is its place in the list, whatever takes its
+// memory; nobody has to ask for that.
+TEST(RuleSearch, RulesThatAreDestroyedAreForgotten) {
+    for (int const count : {1, 40}) {
+        ManyRules rules(count);
+        for (int round = 0; round < 500; ++round) {
+            rules.expectSame("0");
+            rules.expectSame(std::to_string(count - 1));
+        }
+        ZorListNode* const gone = std::exchange(rules.outer.innerRules, nullptr);
+        for (ZorListNode const* node = gone; node; node = node->next) {
+            zor_XMLParseRulesRemoveRef(static_cast<ZorElementParseRules*>(node->value));
+        }
+        zor_listDelete(gone);
+        for (int i = 1; i <= count; ++i) rules.add(std::to_string(i));
+        rules.expectSame("0");
+        rules.expectSame("1");
+        rules.expectSame(std::to_string(count));
+    }
+}
+
 // Names that begin alike, under so many rules that what is remembered of them collides; with
 // duplicates, and with rules that come in between.
 TEST(RuleSearch, AgreesWithAWalkWhateverIsRemembered) {
