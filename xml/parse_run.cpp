@@ -6,11 +6,17 @@
 #include <string>
 
 #include "xml/parse_context.h"
+#include "zor/string.h"
 
 namespace zor_internal {
 namespace {
 
 constexpr char kFrameLabel[] = "zor_XMLParse: ";
+
+// Whether nobody else holds the text, and it has no more memory than a new one.
+bool isSpare(ZorString const* text) {
+    return text && text->refCount == 1 && text->capacity == ZorString::localSize;
+}
 
 } // namespace
 
@@ -43,7 +49,7 @@ std::unique_ptr<ZORParseContext> ParseRun::open(ZORParseContext* outer, char con
 }
 
 void ParseRun::close(std::unique_ptr<ZORParseContext> context) {
-    if (!spareText && context->characterData && context->characterData->refCount == 1) {
+    if (!spareText && isSpare(context->characterData)) {
         spareText = std::exchange(context->characterData, nullptr);
     }
     if (!spareAttributes && context->attributes) {

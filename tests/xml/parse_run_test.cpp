@@ -124,6 +124,17 @@ TEST_F(ParseRun, LaterTextsLeaveTakenOnesAlone) {
     expectKept(expected);
 }
 
+// A short text that is kept does not keep the memory of a long one that was before it.
+TEST_F(ParseRun, ShortTextsTakeNoMoreMemoryThanNewOnes) {
+    allow("passing", nullptr, nullptr);
+    allow("text", nullptr, keepText);
+    std::string xml = "<top>";
+    for (int i = 0; i < 5; ++i) xml += "<passing>" + kLong + "</passing><text>short</text>";
+    EXPECT_EQ(parser.feed(xml + "</top>"), "");
+    for (ZorString const* const kept : keptTexts()) EXPECT_TRUE(usesLocalBuffer(kept));
+    expectKept(std::vector<std::string>(5, "short"));
+}
+
 // Of texts that nobody keeps, each is still the right one in its callback.
 TEST_F(ParseRun, EveryTextIsTheRightOneInItsCallback) {
     parser.allow(noted("text", rawCharacterData));
