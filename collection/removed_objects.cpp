@@ -91,7 +91,6 @@ Removed::~Removed() {
 
 void Removed::takeIf(ZorMapEntry** map, bool (*isWanted)(void const* object, void const* context),
                      void const* context) {
-    MapIndex::drop(map);
     ZorMapEntry** last = &first;
     for (unsigned i = 0; i < kBucketCount; ++i) {
         for (ZorMapEntry** link = &map[i]; *link;) {
@@ -100,6 +99,7 @@ void Removed::takeIf(ZorMapEntry** map, bool (*isWanted)(void const* object, voi
                 link = &entry->next;
                 continue;
             }
+            MapIndex::drop(map);
             isAliased = isAliased || zor_stringCompare(entry->key, kind.ownName(entry->value)) != 0;
             *link = entry->next;
             entry->next = nullptr;

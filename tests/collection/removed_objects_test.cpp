@@ -4,12 +4,17 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "foundation/map_index.h"
 #include "tests/support/allocations.h"
 
 using zor_internal::forgetRepeated;
+using zor_internal::kDocuments;
+using zor_internal::MapIndex;
+using zor_internal::Removed;
 
 namespace {
 
@@ -79,4 +84,38 @@ TEST(RemovedObjects, AreLeftInTheirFirstEntry) {
 // No entry is repeated, and none forgotten, when there is no memory to sort them in.
 TEST(RemovedObjects, AreLeftThereWithoutMemory) {
     for (Case const& chain : kCases) EXPECT_EQ(leftWithoutMemory(chain.chain), chain.left);
+}
+
+// A map of thousands is not indexed anew because one object out of them was looked for.
+TEST(RemovedObjects, LeaveTheIndexOfAMapWhereNoneIsWanted) {
+    ZorCollection store("cfg");
+    std::unique_ptr<ZorDocument> const document(store.makeDocument("DefaultSchema", "one"));
+    zor_mapRemove(store.documents, "one");
+    MapIndex const* const index = MapIndex::make(store.documents);
+    zor_mapSet(store.documents, "two", document.get());
+    auto const isOther = [](void const* object, void const* other) { return object == other; };
+    {
+        Removed removed(kDocuments);
+        removed.takeIf(store.documents, isOther, &store);
+        EXPECT_EQ(MapIndex::of(store.documents), index);
+    }
+    EXPECT_EQ(zor_mapGet(store.documents, "two"), document.get());
+    zor_mapRemove(store.documents, "two");
+}
+
+// Of an indexed map, what was taken is not found any more, what is left is.
+TEST(RemovedObjects, AreNotFoundInAnIndexedMap) {
+    ZorCollection store("cfg");
+    for (char const* const name : {"one", "two", "three"})
+        store.makeDocument("DefaultSchema", name);
+    MapIndex::make(store.documents);
+    ZorDocument* const two = store.getDocument("two");
+    auto const isIt = [](void const* object, void const* it) { return object == it; };
+    {
+        Removed removed(kDocuments);
+        removed.takeIf(store.documents, isIt, two);
+    }
+    EXPECT_EQ(store.getDocument("two"), nullptr);
+    EXPECT_TRUE(store.getDocument("one"));
+    EXPECT_TRUE(store.getDocument("three"));
 }
