@@ -13,7 +13,9 @@
 //     zor_listDelete(values);
 //     zor_mapDelete(map);
 //
-// Threads: nothing locks here; the owner of a list or map does.
+// Threads: nothing locks here; the owner of a list or map does. Of a map, also to look something
+// up: a large one learns from that, in memory of its own behind the heads. So a map is made by
+// `zor_mapMake`, and its chains are for reading: entries come and go by the functions below.
 
 #pragma once
 
