@@ -10,7 +10,7 @@ namespace zor_internal {
 
 // Gives them to the writer some hundred bytes at a time: several calls for every value were a third
 // of the time of an export. Like any text that a writer is given, what it gets ends with a NUL
-// behind the counted bytes.
+// behind the counted bytes, and as it may convert them, characters of several bytes arrive whole.
 class PieceWriter {
 public:
     explicit PieceWriter(ZorDataWriter* target) : writer(target) {}
@@ -21,7 +21,7 @@ public:
 
     void write(char const* piece, std::size_t length) {
         while (length > kRoom - used) {
-            std::size_t const fitting = kRoom - used;
+            std::size_t const fitting = upToCharacter(piece, kRoom - used);
             append(piece, fitting);
             flush();
             piece += fitting;
@@ -42,6 +42,14 @@ public:
 
 private:
     static constexpr std::size_t kRoom = 511;
+
+    // Of a longer piece, as much of `fitting` bytes as ends between two characters of UTF-8.
+    static std::size_t upToCharacter(char const* piece, std::size_t fitting) {
+        auto const isInside = [piece](std::size_t at) { return (piece[at] & 0xC0) == 0x80; };
+        std::size_t end = fitting;
+        while (end > 0 && fitting - end < 3 && isInside(end)) --end;
+        return isInside(end) ? fitting : end;
+    }
 
     void append(char const* piece, std::size_t length) {
         std::memcpy(buffer + used, piece, length);

@@ -65,6 +65,28 @@ TEST(PieceWriter, RandomPiecesArriveWhole) {
     }
 }
 
+// A writer may convert what it gets: it gets characters of several bytes whole.
+TEST(PieceWriter, CharactersStayWhole) {
+    for (std::string const character : {"\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x93\x9E"}) {
+        for (int first = 500; first <= 512; ++first) {
+            std::string text;
+            while (text.size() < 1200) text += character;
+            RecordingWriter writer;
+            PieceWriter out(&writer);
+            out.write(characters(first).c_str());
+            out.write(text.c_str());
+            out.flush();
+            std::string joined;
+            for (std::string const& piece : writer.writes) {
+                EXPECT_NE(piece[0] & 0xC0, 0x80) << first;
+                joined += piece;
+            }
+            EXPECT_TRUE(joined == characters(first) + text) << first;
+        }
+    }
+    expectConcatenation({std::string(2000, '\x80')}); // no character at all
+}
+
 TEST(PieceWriter, AcceptsTextsUpToTheirNul) {
     RecordingWriter writer;
     PieceWriter out(&writer);
