@@ -120,7 +120,10 @@ void zor_mapRemove(ZorMapEntry** map, void const* key) {
     ZorMapEntry* before = nullptr;
     ZorMapEntry** link = &map[hash % kBucketCount];
     for (; *link != entry; link = &before->next) before = *link;
-    if (MapIndex* const index = MapIndex::of(map)) index->remove(hash, entry, before);
+    if (MapIndex* const index = MapIndex::of(map)) {
+        index->remove(hash, entry, before);
+        if (index->isSparse()) MapIndex::drop(map);
+    }
     *link = entry->next;
     freeEntry(entry);
 }

@@ -23,12 +23,18 @@ MapIndex* MapIndex::of(ZorMapEntry** map) { return reinterpret_cast<MapIndex*>(r
 MapIndex* MapIndex::make(ZorMapEntry** map) {
     auto* const made = new (std::nothrow) MapIndex(map);
     roomBehind(map) = reinterpret_cast<ZorMapEntry*>(made);
-    bool complete = made && made->lasts && made->grow();
-    forEachEntry(map, [&](ZorMapEntry& entry) {
-        complete = complete && made->add(fnv0_32_str(entry.key->text), &entry);
-    });
-    if (!complete) drop(map);
-    return of(map);
+    // All slots at once: where memory lacks, that is known before the entries are looked at.
+    unsigned count = 0;
+    forEachEntry(map, [&count](ZorMapEntry&) { ++count; });
+    unsigned slots = kFirstSlots;
+    while (slots < count * 2) slots *= 2;
+    if (!made || !made->lasts || !made->resize(slots)) {
+        drop(map);
+        return nullptr;
+    }
+    forEachEntry(map,
+                 [made](ZorMapEntry& entry) { made->add(fnv0_32_str(entry.key->text), &entry); });
+    return made;
 }
 
 void MapIndex::drop(ZorMapEntry** map) {
@@ -62,7 +68,7 @@ ZorMapEntry** MapIndex::endOf(unsigned hash) const {
 }
 
 bool MapIndex::add(unsigned hash, ZorMapEntry* entry) {
-    if (used * 2 >= slotCount && !grow()) return false;
+    if (used * 2 >= slotCount && !resize(slotCount * 2)) return false;
     place({hash, entry});
     ++used;
     noteLast(hash, entry);
@@ -92,8 +98,7 @@ void MapIndex::place(Slot const& slot) {
     slots[at] = slot;
 }
 
-bool MapIndex::grow() {
-    unsigned const wanted = slotCount == 0 ? kFirstSlots : slotCount * 2;
+bool MapIndex::resize(unsigned wanted) {
     auto* const larger = new (std::nothrow) Slot[wanted]();
     if (!larger) return false;
     std::unique_ptr<Slot[]> const old(std::exchange(slots, larger));

@@ -37,6 +37,9 @@ public:
     // Forgets an entry that is about to be taken out of its chain, behind `before` or as the first.
     void remove(unsigned hash, ZorMapEntry const* entry, ZorMapEntry* before);
 
+    // Whether the map has become so small that it needs none, or a smaller one.
+    bool isSparse() const { return used * 16 < slotCount; }
+
 private:
     struct Slot {
         unsigned hash;
@@ -50,7 +53,7 @@ private:
     unsigned next(unsigned at) const { return (at + 1) & (slotCount - 1); }
     unsigned distance(unsigned from, unsigned to) const { return (to - from) & (slotCount - 1); }
     void place(Slot const& slot);
-    bool grow();
+    bool resize(unsigned wanted);
 
     ZorMapEntry** map;
     ZorMapEntry** lasts; // of each chain, or null
