@@ -1,14 +1,16 @@
 #include "document/result_records.h"
 
 #include <algorithm>
-#include <memory>
+#include <cstddef>
 #include <new>
 
 namespace zor_internal {
 namespace {
 
-// Records that come one by one get blocks that grow with the set: most sets have one.
+// Records that come one by one get blocks that grow with the set: most sets have one. Of many,
+// whose number is known, a block has no more than is found in a heap in pieces.
 constexpr unsigned kLargestBlock = 64;
+constexpr std::size_t kLargestOfMany = 1024;
 
 // A place in a block. Those behind the last record of a block are not made yet.
 struct Entry : ZorResultPointer {
@@ -25,42 +27,33 @@ Entry* entryAt(ZorListNode const* place) {
     return static_cast<Entry*>(static_cast<ZorResultPointer*>(place->value));
 }
 
-void* makeBlock(std::size_t size) { return ::operator new(size * sizeof(Entry)); }
-
-Entry* makeBehind(Entry* last, Result const& result) {
+// Makes an entry behind `last`, or the first of a new block of `size`.
+Entry* makeBehind(Entry* last, Result const& result, unsigned size) {
     unsigned const index = last ? last->index + 1 : 0;
     if (last && index < last->size) return new (last + 1) Entry(result, index, last->size);
-    unsigned const size = last ? std::min(last->size * 2, kLargestBlock) : 1;
-    return new (makeBlock(size)) Entry(result, 0, size);
+    return new (::operator new(size * sizeof(Entry))) Entry(result, 0, size);
 }
 
-void link(ZorListNode* last, ZorListNode* place) {
+void append(ZorResultSet* set, Result const& result, unsigned size) {
+    ZorListNode* const last = set->tail;
+    ZorListNode* const place = &makeBehind(last ? entryAt(last) : nullptr, result, size)->place;
     place->prev = last;
-    last->next = place;
+    (last ? last->next : set->head) = place;
+    set->tail = place;
+    ++set->count;
 }
 
 } // namespace
 
 void appendRecord(ZorResultSet* set, Result const& result) {
-    ZorListNode* const place = &makeBehind(set->tail ? entryAt(set->tail) : nullptr, result)->place;
-    if (set->tail)
-        link(set->tail, place);
-    else
-        set->head = place;
-    set->tail = place;
-    ++set->count;
+    append(set, result, set->tail ? std::min(entryAt(set->tail)->size * 2, kLargestBlock) : 1);
 }
 
 void fillArray(ZorResultSet* set, Result const* results, std::size_t count) {
-    if (count == 0) return;
-    std::unique_ptr<ZorResultPointer*[]> array(count > 1 ? new ZorResultPointer*[count] : nullptr);
-    auto* const block = static_cast<Entry*>(makeBlock(count));
-    set->results = array ? array.release() : &set->single;
-    set->count = static_cast<unsigned>(count);
-    for (unsigned i = 0; i < set->count; ++i) {
-        set->results[i] = new (block + i) Entry(results[i], i, set->count);
-        if (i > 0) link(&block[i - 1].place, &block[i].place);
+    for (std::size_t i = 0; i < count; ++i) {
+        append(set, results[i], static_cast<unsigned>(std::min(count - i, kLargestOfMany)));
     }
+    set->finalize();
 }
 
 ZorListNode* placeOf(ZorResultPointer* record) { return &static_cast<Entry*>(record)->place; }

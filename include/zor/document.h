@@ -205,6 +205,7 @@ public:
     void getValue(std::string& out);
 
     ZorDocument* document;
+    // For reading: records and their places are the set's own, and made by addResult.
     ZorListNode* head;          // of ZorResultPointer*, while the set is built
     ZorListNode* tail;          // where the next result is appended
     ZorResultPointer** results; // after finalize
