@@ -22,7 +22,7 @@ bool isEmptyValue(ZorString const* text) {
 } // namespace
 
 char const* zor_internal::unescaped(ZorString const* text) {
-    if (text->length == 0) return nullptr;
+    if (!text || text->length == 0) return nullptr;
     return isEmptyValue(text) ? "" : text->text;
 }
 

@@ -45,7 +45,8 @@ void forEachEscapedPiece(char const* text, Take take) {
     if (text > run) take(run, static_cast<std::size_t>(text - run));
 }
 
-// The characters that unescapeCData of the text gives, without a copy; null for none. Borrowed.
+// The characters that unescapeCData of the text gives, without a copy; null for none, and for null.
+// Borrowed.
 char const* unescaped(ZorString const* text);
 
 } // namespace zor_internal

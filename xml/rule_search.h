@@ -61,10 +61,9 @@ private:
     static constexpr unsigned kMatches = 64;
 
     Match& matchFor(ZorElementParseRules const* outer, char const* name) {
-        auto const address = reinterpret_cast<std::uintptr_t>(outer) / alignof(std::max_align_t);
-        auto const letters = static_cast<unsigned char>(name[0]) * 5U +
-                             (name[0] ? static_cast<unsigned char>(name[1]) : 0);
-        return matches[(address + letters) % kMatches];
+        auto hash = reinterpret_cast<std::uintptr_t>(outer) / alignof(std::max_align_t);
+        for (char const* at = name; *at; ++at) hash = hash * 5 + static_cast<unsigned char>(*at);
+        return matches[hash % kMatches];
     }
 
     ZorElementParseRules* search(ZorElementParseRules const* outer, char const* name);

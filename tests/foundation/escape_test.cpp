@@ -168,6 +168,7 @@ TEST(EscapedPieces, AreNotCut) {
 
 // Reading in place gives what the copy says, in every case.
 TEST(Unescape, InPlaceAgreesWithTheCopy) {
+    EXPECT_EQ(zor_internal::unescaped(nullptr), nullptr);
     for (std::string const& text :
          {std::string(), std::string("\"\""), std::string("\""), std::string("\"\"\""),
           std::string("\"\"\0", 3), std::string("volume"), std::string("true"), characters(40)}) {
