@@ -21,7 +21,6 @@ public:
     }
 
     ZorListNode* first() const { return head; }
-    ZorListNode* last() const { return tail; }
 
     // Hands the list to the caller; null when nothing was appended.
     [[nodiscard]] ZorListNode* release() {

@@ -162,3 +162,18 @@ TEST_F(DocumentExportWalk, ANodeOfAnotherSchemaWritesNothing) {
     expectNothing(store.document, other.shape.root(), 0);
     expectSame(store.document, store["a"], 1);
 }
+
+// A type of the host's that has no text for a value.
+TEST_F(DocumentExportWalk, AValueWithoutTextIsAnEmptyElement) {
+    ZorDataType* const type = zor_derivedTypeMake("mute", nullptr, nullptr, nullptr, nullptr,
+                                                  nullptr, ZorBuiltIn::getDataType("int"), nullptr);
+    type->toStringFn = [](u_zorItemValue) -> ZorString* { return nullptr; };
+    Store store("a:mute", {type});
+    EXPECT_EQ(store.set("a", 0, "7"), 1);
+    bool any = false;
+    std::string const expected = dullExport(store.document, store.document.getRootNode(), 0, &any);
+    ZorStringWriter writer;
+    EXPECT_TRUE(store.document.exportXML(store.document.getRootNode(), 0, &writer));
+    EXPECT_EQ(writer.getValue(), expected);
+    EXPECT_EQ(expected, "<a></a>");
+}

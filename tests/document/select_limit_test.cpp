@@ -93,3 +93,15 @@ TEST_F(WideSelect, LookingAtAsMuchAsIsAllowedIsNot) {
     }
     EXPECT_EQ(log.take(), "");
 }
+
+// One step that looks at too much adds nothing, and does not go on to the next entry.
+TEST_F(WideSelect, AStepThatLooksAtTooMuchFindsNothing) {
+    Store store(wide(32767, 400));
+    ZorResultSet context(&store.document);
+    for (int i = 0; i < 2; ++i) context.addResult(0, store.document.getRootNode(), 0);
+    ZorResultSet results(&store.document);
+    Text const name("i");
+    XPathStep step{1, name, -1};
+    EXPECT_EQ(store.document.findNode(&results, &context, 0, &step, 1), 0);
+    EXPECT_EQ(results.getResultCount(), 0U);
+}

@@ -153,3 +153,24 @@ TEST_F(ValueDefault, DerivedTypesHaveTheCellsOfTheirBase) {
     ZorDocument const copy(store.document, &store.shape.schema);
     EXPECT_EQ(store.cells(), "a=7,8*,7;b=x,y*,x;c=1.5,2*,1.5;");
 }
+
+// A type that makes values as strings do, but overwrites them by a function of its own.
+TEST_F(ValueDefault, ASetterOfTheHostsIsCalled) {
+    ZorDataType* const type =
+        zor_derivedTypeMake("loud", nullptr, nullptr, nullptr, nullptr, nullptr,
+                            ZorBuiltIn::getDataType("string"), nullptr);
+    type->setFromStringFn = [](u_zorItemValue* value, char const* text) {
+        value->stringValue = value->stringValue->set(2, text, -1, "!", -1);
+    };
+    Store store("a:loud", {type});
+    for (char const* const text : {"first", "second"}) EXPECT_EQ(store.set("a", 0, text), 1);
+    EXPECT_EQ(store.text("a"), "second!");
+}
+
+// Nothing was made for a node without type, so nothing is released.
+TEST_F(ValueDefault, CellsWithoutTypeAreLeftAlone) {
+    ZorSchemaNode node(ZorSchemaNode::DATA_NODE, "typeless");
+    node.occurrences = 2;
+    ZorValueNode cells[2] = {{{}, ZorValueNode::noValue}, {{}, ZorValueNode::noValue}};
+    EXPECT_EQ(node.freeValueNodes(cells, 1), 2);
+}

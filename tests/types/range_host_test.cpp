@@ -201,6 +201,22 @@ TEST(RangeOverRange, AcceptsWhatBothAccept) {
     EXPECT_FALSE(half.acceptsFloat(0.75));
 }
 
+// A base that compares host numbers in its own way is asked, on both sides of both bounds.
+TEST(RangeHost, ABaseThatComparesItselfIsAsked) {
+    std::unique_ptr<ZorDataType> const base(zor_derivedTypeMake("parts", "0", nullptr, nullptr,
+                                                                builtIn("uint")->compareFn, nullptr,
+                                                                builtIn("uint"), nullptr));
+    ZorExtTypeFuncs const& plain = builtIn("uint")->extFuncs[zorExtULong];
+    zor_dataTypeSetConversionFuncs(base.get(), zorExtULong, plain.toInternal, plain.setInternal,
+                                   plain.getExternal, plain.validate,
+                                   [](void*, u_zorItemValue a, u_zorItemValue b) {
+                                       return int(a.uintValue / 10) - int(b.uintValue / 10);
+                                   });
+    Range const tens(base.get(), "tens", "25", "44");
+    for (unsigned long const number : {20UL, 49UL}) EXPECT_TRUE(tens.acceptsUInt(number));
+    for (unsigned long const number : {19UL, 50UL}) EXPECT_FALSE(tens.acceptsUInt(number));
+}
+
 TEST(RangeOverRange, ExportsTheNameOfItsBase) {
     Range const wide(builtIn("int"), "wide", "0", "100");
     Range const narrow(wide, "narrow", "10", "20");
