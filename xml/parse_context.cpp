@@ -13,7 +13,6 @@
 #include "zor/string.h"
 
 using zor_internal::clearAttributes;
-using zor_internal::clearMap;
 using zor_internal::disregard;
 using zor_internal::findRule;
 using zor_internal::ParseRun;
