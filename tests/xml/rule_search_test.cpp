@@ -112,7 +112,8 @@ TEST(RuleSearch, AgreesWithAWalkWhateverIsRemembered) {
     std::mt19937 dice(64);
     auto const name = [&dice](unsigned count) {
         static char const* const beginnings[] = {"", "a", "b", "aa", "ab", "ba"};
-        std::string const beginning = beginnings[dice() % 6]; // before the number, by every compiler
+        std::string const beginning =
+            beginnings[dice() % 6]; // before the number, by every compiler
         return beginning + std::to_string(dice() % count);
     };
     std::list<ManyRules> all(100);
