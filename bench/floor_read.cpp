@@ -5,18 +5,13 @@
 
 #include "bench/accesses.h"
 #include "bench/floor_store.h"
+#include "bench/number_reads.h"
 #include "bench/workload.h"
 
 namespace bench {
 namespace {
 
-// Out of line, as an operation of a library is.
-[[gnu::noinline]] long readNumber(FloorDocument& document, FloorCell const* cells, int occurrence) {
-    FloorLock const held(document.lock);
-    return cells[occurrence].number;
-}
-
-// The length.
+// The length. Out of line, as an operation of a library is.
 [[gnu::noinline]] int readText(FloorDocument& document, FloorCell const* cells, int occurrence,
                                char* buffer) {
     FloorLock const held(document.lock);
@@ -31,15 +26,7 @@ void readNumberByFloor(benchmark::State& state) {
     FloorDocument document(*tree, phone);
     FloorNode const& node = floorNode(*tree, kNumberPath);
     FloorCell const* const cells = document.cellsOf(node);
-    std::vector<int> const order = shuffled(node.total);
-    long sum = 0;
-    for (auto _ : state) {
-        sum = 0;
-        for (int const i : order) sum += readNumber(document, cells, i);
-        keep(sum);
-    }
-    if (sum != sumOfNumbers(valuesOf(phone, *node.phone), order)) fail(state, "other numbers");
-    countItems(state, static_cast<long>(order.size()));
+    measureNumberReads(state, phone, [&](int i) { return readNumber(document, cells, i); });
 }
 
 void readTextByFloor(benchmark::State& state) {

@@ -95,4 +95,11 @@ private:
     sem_t& held;
 };
 
+// The floor of reading one number. Out of line, as an operation of a library is.
+[[gnu::noinline]] inline long readNumber(FloorDocument& document, FloorCell const* cells,
+                                         int occurrence) {
+    FloorLock const held(document.lock);
+    return cells[occurrence].number;
+}
+
 } // namespace bench

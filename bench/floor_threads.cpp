@@ -4,8 +4,8 @@
 #include <deque>
 #include <memory>
 
-#include "bench/accesses.h"
 #include "bench/floor_store.h"
+#include "bench/number_reads.h"
 #include "bench/workload.h"
 
 namespace bench {
@@ -16,25 +16,11 @@ constexpr int kSize = 1000;
 std::unique_ptr<FloorNode> tree;
 std::deque<FloorDocument> documents;
 
-[[gnu::noinline]] long readNumber(FloorDocument& document, FloorCell const* cells, int occurrence) {
-    FloorLock const held(document.lock);
-    return cells[occurrence].number;
-}
-
 void readBy(benchmark::State& state, FloorDocument& document) {
     FloorNode const& node = floorNode(*tree, kNumberPath);
     FloorCell const* const cells = document.cellsOf(node);
-    std::vector<int> const order = shuffled(node.total);
-    long sum = 0;
-    for (auto _ : state) {
-        sum = 0;
-        for (int const i : order) sum += readNumber(document, cells, i);
-        keep(sum);
-    }
-    if (sum != sumOfNumbers(valuesOf(phoneData(kSize), *node.phone), order)) {
-        fail(state, "other numbers");
-    }
-    countItems(state, static_cast<long>(order.size()));
+    measureNumberReads(state, phoneData(kSize),
+                       [&](int i) { return readNumber(document, cells, i); });
 }
 
 void readOneByFloor(benchmark::State& state) { readBy(state, documents.front()); }
@@ -52,8 +38,7 @@ void makeDocuments(benchmark::State const& state) {
 void deleteDocuments(benchmark::State const&) { documents.clear(); }
 
 void withThreads(benchmark::internal::Benchmark* added) {
-    added->Setup(makeDocuments)->Teardown(deleteDocuments)->UseRealTime();
-    for (int const threads : {1, 2, 4}) added->Threads(threads);
+    byThreads(added, makeDocuments, deleteDocuments);
 }
 
 [[maybe_unused]] auto* const one =

@@ -2,6 +2,7 @@
 // given back. Every occurrence in turn, in an order that no cache foresees.
 
 #include "bench/accesses.h"
+#include "bench/number_reads.h"
 #include "bench/workload.h"
 #include "bench/zor_phone.h"
 
@@ -13,17 +14,8 @@ void readNumberByZor(benchmark::State& state) {
     ZorPhone zor(phone);
     ZorDocument& document = zor.document();
     ZorSchemaNode* const node = zor.node(kNumberPath);
-    std::vector<int> const order = shuffled(node->getTotalOccurrences());
-    long sum = 0;
-    for (auto _ : state) {
-        sum = 0;
-        for (int const i : order) sum += document.getIntNodeValue(node, i, nullptr);
-        keep(sum);
-    }
-    if (sum != sumOfNumbers(valuesOf(phone, phone.node(kNumberPath)), order)) {
-        fail(state, "other numbers");
-    }
-    countItems(state, static_cast<long>(order.size()));
+    measureNumberReads(state, phone,
+                       [&](int i) { return document.getIntNodeValue(node, i, nullptr); });
 }
 
 void readTextByZor(benchmark::State& state) {

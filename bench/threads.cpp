@@ -6,7 +6,7 @@
 #include <deque>
 #include <memory>
 
-#include "bench/accesses.h"
+#include "bench/number_reads.h"
 #include "bench/workload.h"
 #include "bench/zor_phone.h"
 
@@ -21,18 +21,8 @@ std::deque<ZorPhone> stores;
 void readBy(benchmark::State& state, ZorPhone& zor) {
     ZorDocument& document = zor.document();
     ZorSchemaNode* const node = zor.node(kNumberPath);
-    std::vector<int> const order = shuffled(node->getTotalOccurrences());
-    long sum = 0;
-    for (auto _ : state) {
-        sum = 0;
-        for (int const i : order) sum += document.getIntNodeValue(node, i, nullptr);
-        keep(sum);
-    }
-    PhoneData const& phone = phoneData(kSize);
-    if (sum != sumOfNumbers(valuesOf(phone, phone.node(kNumberPath)), order)) {
-        fail(state, "other numbers");
-    }
-    countItems(state, static_cast<long>(order.size()));
+    measureNumberReads(state, phoneData(kSize),
+                       [&](int i) { return document.getIntNodeValue(node, i, nullptr); });
 }
 
 void readOneByZor(benchmark::State& state) { readBy(state, stores.front()); }
@@ -48,8 +38,7 @@ void makeStores(benchmark::State const& state) {
 void deleteStores(benchmark::State const&) { stores.clear(); }
 
 void withThreads(benchmark::internal::Benchmark* added) {
-    added->Setup(makeStores)->Teardown(deleteStores)->UseRealTime();
-    for (int const threads : {1, 2, 4}) added->Threads(threads);
+    byThreads(added, makeStores, deleteStores);
 }
 
 [[maybe_unused]] auto* const one =
