@@ -1,7 +1,7 @@
 // A document's changed values as XML.
 
+#include <cstdint>
 #include <cstring>
-#include <string>
 #include <vector>
 
 #include "collection/default_schema.h"
@@ -15,6 +15,7 @@
 using zor_internal::cellOf;
 using zor_internal::forEachEscapedPiece;
 using zor_internal::isDefaultSchema;
+using zor_internal::kLongestDecimal;
 using zor_internal::LockHolder;
 using zor_internal::PieceWriter;
 using zor_internal::ValueText;
@@ -85,25 +86,25 @@ struct Element {
 void writeStart(PieceWriter& out, Element* element) {
     if (!element || element->written) return;
     writeStart(out, element->outer);
-    out.write("<", 1);
+    out.write("<");
     out.write(element->planned->node->getName(), element->planned->nameLength);
     if (element->numbered) {
         out.write(" occurrence=\"");
-        char digits[zor_internal::kLongestDecimal];
+        char digits[kLongestDecimal];
         char* const end = digits + sizeof digits;
         char const* const number =
             writeDecimal(static_cast<std::uint32_t>(element->occurrence + 1), false, end);
         out.write(number, static_cast<std::size_t>(end - number));
-        out.write("\"", 1);
+        out.write("\"");
     }
-    out.write(">", 1);
+    out.write(">");
     element->written = true;
 }
 
 void writeEnd(PieceWriter& out, Element const& element) {
-    out.write("</", 2);
+    out.write("</");
     out.write(element.planned->node->getName(), element.planned->nameLength);
-    out.write(">", 1);
+    out.write(">");
 }
 
 // Writes the start of the element and its value, if that was changed.

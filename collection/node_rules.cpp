@@ -98,12 +98,8 @@ void nodeDataEnd(ZORParseContext* context) {
     if (!document) return;
     ImportRuleInfo* const info = infoOf(context);
     // No cell has an index beyond 31 bits; as a negative number it is refused.
-    auto const occurrence = static_cast<std::int32_t>(info->valueIndex);
-    char const* const text = unescaped(context->characterData);
-    if (text && text == context->characterData->text)
-        giveText(document, info->definitionNode, occurrence, &context->characterData);
-    else
-        setText(document, info->definitionNode, occurrence, text);
+    setText(document, info->definitionNode, static_cast<std::int32_t>(info->valueIndex),
+            unescaped(context->characterData));
     advance(info);
 }
 

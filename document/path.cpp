@@ -33,7 +33,8 @@ char const* parsePredicate(char const* at, int* occurrence) {
 
 } // namespace
 
-// What is not used of the steps is left as it is: clearing all of them took as long as the parsing.
+// What is not used of the steps is left as it is: to clear all of them makes a select of one result
+// 7 % longer.
 ParsedPath::ParsedPath() : used(0), valid(false) {} // NOLINT(*-member-init)
 
 // Delegates, so that the names read so far are released also when one cannot be allocated.

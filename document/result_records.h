@@ -1,9 +1,9 @@
 // The records of a result set, with their places in its list, in blocks.
 //
-// A record and a list node of their own for every result were most of the time of a select. Here
-// they stand side by side, many in a block. A block is freed with its first record, and the records
-// of a set are destroyed from the last to the first: they stay in the order in which they were
-// made, in whichever set they come to be.
+// With a block of memory for every result a select of many takes twice the instructions. Here a
+// record and its place stand side by side, many in a block. A block is freed with its first record,
+// and the records of a set are destroyed from the last to the first: they stay in the order in
+// which they were made, in whichever set they come to be.
 
 #pragma once
 
