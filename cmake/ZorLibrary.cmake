@@ -81,7 +81,8 @@ set_target_properties(zor PROPERTIES
   VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINKER_LANGUAGE CXX)
 
 # A host gets the library's own functions, whatever else it defines; so does the library itself.
-# Calls inside it are direct and may be inlined: a third less time to read or write a value.
+# Calls inside it are direct and may be inlined: a quarter less time to read a number, a fifth less
+# to write a text.
 set(direct_calls -fno-semantic-interposition)
 target_compile_options(zor_objects PRIVATE ${direct_calls})
 if(BUILD_SHARED_LIBS)

@@ -8,9 +8,10 @@
 
 namespace zor_internal {
 
-// Gives them to the writer some hundred bytes at a time: several calls for every value were a third
-// of the time of an export. Like any text that a writer is given, what it gets ends with a NUL
-// behind the counted bytes, and as it may convert them, characters of several bytes arrive whole.
+// Gives them to the writer some hundred bytes at a time: with several calls for every value
+// an export takes half as many instructions again. Like any text that a writer is given, what it
+// gets ends with a NUL behind the counted bytes, and as it may convert them, characters of several
+// bytes arrive whole.
 class PieceWriter {
 public:
     explicit PieceWriter(ZorDataWriter* target) : writer(target) {}

@@ -71,8 +71,8 @@ void setValue(ZorValueNode& cell, u_zorItemValue value) {
     cell.flags = static_cast<unsigned char>(cell.flags & ~ZorValueNode::noValue);
 }
 
-// Whether values of the type are plain numbers, which are copied as they are and need no release. A
-// call for each of thousands of cells was most of the time of making a document.
+// Whether values of the type are plain numbers, which are copied as they are and need no release.
+// With calls for each, making and deleting a document takes a fifth more instructions.
 bool isPlainNumber(ZorDataType const* type) {
     return type->copyValueFn == numberCopy && type->freeValueFn == numberFree;
 }

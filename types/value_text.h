@@ -8,7 +8,8 @@
 namespace zor_internal {
 
 // The characters of strings are read in place, decimal numbers are written here; the text of any
-// other value is made by its type. A new string for every value is half of the time of an export.
+// other value is made by its type. With a new string for every value an export takes 40 % more
+// instructions.
 class ValueText {
 public:
     ValueText(ZorDataType const* type, u_zorItemValue value);

@@ -44,7 +44,8 @@ public:
 
     // The context of an element that opens inside `outer`, and its end. Elements open and close by
     // the thousand, so the memory of the last context that was closed, of its text and of its
-    // attributes serves the next one: a seventh of the time of an import.
+    // attributes serves the next one. With new memory an import takes 6 % more instructions, a
+    // definition 11 %.
     std::unique_ptr<ZORParseContext> open(ZORParseContext* outer, char const* name,
                                           char const** attributes);
     void close(std::unique_ptr<ZORParseContext> context);

@@ -50,9 +50,9 @@ public:
     }
 
 private:
-    // What was found last for names like this one: elements come again and again, and the walk over
-    // the rules took a tenth of the time of an import. What is found first stays the first, as
-    // rules are only added behind it.
+    // What was found last for names like this one: elements come again and again, and with a walk
+    // for each an import takes 3 % more instructions where ten names stand side by side. What is
+    // found first stays the first, as rules are only added behind it.
     struct Match {
         ZorElementParseRules const* outer = nullptr;
         ZorElementParseRules* rule = nullptr;
